@@ -1,0 +1,3 @@
+#include "Kiv_Version.h"
+
+const char *Kiv_Version() { return "0.1.0"; }
