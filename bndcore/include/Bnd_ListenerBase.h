@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Bnd_CallbackSlot.h"
 #include "Bnd_ListenerRealBase.h"
 #include "bndcore_export.h"
 
@@ -52,7 +53,9 @@ public:
     /// `iEchoToSender` false, the notifications that this message causes skip this listener.
     bool SendMessageToModel(const Bnd_MessageInterface &iMsg, bool iEchoToSender = true) const;
 
-    void setReceiveMessageCB(const ReceiveCallback &iCallback) { mCallback = iCallback; }
+    /// Installs the callback for notifications. It may destroy this listener or install another
+    /// callback while it runs.
+    void setReceiveMessageCB(const ReceiveCallback &iCallback) { mCallback.set(iCallback); }
 
 protected:
     void modelWentAway() override;
@@ -68,7 +71,7 @@ private:
 
     QString mName;
     QString mResolvedName;
-    ReceiveCallback mCallback;
+    Bnd_CallbackSlot<Bnd_MessageInterface> mCallback;
     Bnd_ConnectionServiceInterface *mService = nullptr;
     QString mWaitKey; // the dictionary's bookkeeping while waiting
     int mWaitSlot = -1;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Bnd_CallbackSlot.h"
 #include "Bnd_ModelInterface.h"
 #include "Bndt_Type.h"
 #include "bndcore_export.h"
@@ -52,7 +53,7 @@ public:
     /// when that send asked for no echo).
     void SendToListeners(const Bnd_MessageInterface &iMsg);
     /// Installs the handler of messages sent to this model (used by models whose data lives
-    /// elsewhere, e.g. in a widget that publishes its value).
+    /// elsewhere, e.g. in a widget that publishes its value). The handler may destroy the model.
     void setReceiveMessageCB(const ReceiveCallback &iCallback);
 
     virtual bool IsReadOnly() const { return mReadOnly; }
@@ -89,7 +90,7 @@ private:
 
     QString mName;
     QString mPublishedName;
-    ReceiveCallback mCallback;
+    Bnd_CallbackSlot<Bnd_MessageInterface> mCallback;
     std::vector<Bnd_ListenerInterface *> mListeners;
     const Bndt_Type *mType;
     Bnd_ConnectionServiceInterface *mService = nullptr;

@@ -134,8 +134,7 @@ void Bnd_ListenerBase::modelWentAway()
 
 void Bnd_ListenerBase::notifyConnected(bool iConnected)
 {
-    if (mCallback)
-        mCallback(Bndt_Root_Notifications::MsgConnectedChanged(iConnected));
+    mCallback.call(Bndt_Root_Notifications::MsgConnectedChanged(iConnected));
 }
 
 bool Bnd_ListenerBase::SendMessageToModel(const Bnd_MessageInterface &iMsg, bool iEchoToSender) const
@@ -150,8 +149,4 @@ bool Bnd_ListenerBase::SendMessageToModel(const Bnd_MessageInterface &iMsg, bool
     return model->modelInterface_receiveMessage(iMsg);
 }
 
-void Bnd_ListenerBase::receive(const Bnd_MessageInterface &iMsg)
-{
-    if (mCallback)
-        mCallback(iMsg);
-}
+void Bnd_ListenerBase::receive(const Bnd_MessageInterface &iMsg) { mCallback.call(iMsg); }

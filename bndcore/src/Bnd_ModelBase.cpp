@@ -131,7 +131,7 @@ void Bnd_ModelBase::compact()
     mListeners.resize(out);
 }
 
-void Bnd_ModelBase::setReceiveMessageCB(const ReceiveCallback &iCallback) { mCallback = iCallback; }
+void Bnd_ModelBase::setReceiveMessageCB(const ReceiveCallback &iCallback) { mCallback.set(iCallback); }
 
 void Bnd_ModelBase::SetReadOnly(bool iReadOnly)
 {
@@ -183,15 +183,14 @@ bool Bnd_ModelBase::modelInterface_receiveMessage(const Bnd_MessageInterface &iM
 
 void Bnd_ModelBase::handleMessage(const Bnd_MessageInterface &iMsg)
 {
-    if (const auto *m = iMsg.as<Bndt_SimpleValue_BaseAPI::MsgIsReadOnly>()) {
-        if (!mCallback) {
+    if (mCallback.empty()) {
+        if (const auto *m = iMsg.as<Bndt_SimpleValue_BaseAPI::MsgIsReadOnly>()) {
             if (m->readOnly)
                 *m->readOnly = IsReadOnly();
-            return;
+        } else {
+            iMsg.setStatus(Bnd_Status::NotHandled);
         }
+        return;
     }
-    if (mCallback)
-        mCallback(iMsg);
-    else
-        iMsg.setStatus(Bnd_Status::NotHandled);
+    mCallback.call(iMsg);
 }
