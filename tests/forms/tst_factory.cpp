@@ -1,0 +1,152 @@
+// The widget factory and form loading: classes by name, Qt fallback, form entries, nested forms.
+
+#include "Kib_Resource.h"
+#include "Kiv_CreateWidgetFromUILayout.h"
+#include "Kiv_QtWidgetFactoryRegistry.h"
+#include "Kiv_SimpleFactoryEntry.h"
+#include "Kiv_UIFileFactoryEntry.h"
+
+#include <QLabel>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <QtTest>
+
+// A widget class registered by the test, standing for a library widget.
+class TestBoundWidget : public QWidget
+{
+public:
+    explicit TestBoundWidget(QWidget *iParent = nullptr) : QWidget(iParent) { }
+};
+
+class tst_Factory : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase();
+    void classEntryDescribesItself();
+    void createWidgetByName_data();
+    void createWidgetByName();
+    void formEntryReplacesClassEntry();
+    void loadsForms_data();
+    void loadsForms();
+    void nestedFormLoadsThroughItsEntry();
+
+private:
+    QString mSavedResourcePath;
+};
+
+void tst_Factory::initTestCase()
+{
+    // The test forms live beside this file: point the resource directory there.
+    mSavedResourcePath = Kib_Resource::getResourcePath();
+    Kib_Resource::setResourcePath(QFINDTESTDATA("Forms/TestPanel.ui").section('/', 0, -3));
+    new Kiv_SimpleFactoryEntry<TestBoundWidget>("TestBoundWidget", "A bound test widget", QString());
+}
+
+void tst_Factory::classEntryDescribesItself()
+{
+    Kiv_FactoryEntryInterface *e = Kiv_QtWidgetFactoryRegistry::getEntry("TestBoundWidget");
+    QVERIFY(e);
+    QCOMPARE(e->getWhatsThis(), QString("A bound test widget"));
+    QCOMPARE(e->getToolTip(), QString("A bound test widget"));
+    QCOMPARE(e->getIncludeFile(), QString("TestBoundWidget.h"));
+    QVERIFY(!Kiv_QtWidgetFactoryRegistry::getEntry("Nothing"));
+    auto *nameless = new Kiv_SimpleFactoryEntry<TestBoundWidget>("TestNameless", QString(), QString());
+    QCOMPARE(nameless->getToolTip(), QString("TestNameless"));
+    QVERIFY(Kiv_QtWidgetFactoryRegistry::getAllKeys().contains("TestNameless"));
+}
+
+void tst_Factory::createWidgetByName_data()
+{
+    QTest::addColumn<QString>("className");
+    QTest::addColumn<bool>("withLayout");
+    QTest::addColumn<QString>("expectedClass"); // "" = null
+    QTest::newRow("registered, parent with layout") << "TestBoundWidget" << true << "TestBoundWidget";
+    QTest::newRow("registered, parent without layout") << "TestBoundWidget" << false << "TestBoundWidget";
+    QTest::newRow("Qt class falls back") << "QPushButton" << true << "QPushButton";
+}
+
+void tst_Factory::createWidgetByName()
+{
+    QFETCH(QString, className);
+    QFETCH(bool, withLayout);
+    QFETCH(QString, expectedClass);
+    QWidget parent;
+    if (withLayout)
+        new QVBoxLayout(&parent);
+    Kiv_QtWidgetFactoryRegistry loader;
+    QWidget *w = loader.createWidget(className, &parent, "made");
+    QVERIFY(w);
+    QCOMPARE(w->parentWidget(), &parent);
+    QCOMPARE(w->objectName(), QString("made"));
+    if (expectedClass == "TestBoundWidget") {
+        QVERIFY(dynamic_cast<TestBoundWidget *>(w));
+        QCOMPARE(w->windowTitle(), QString("made"));
+        QCOMPARE(withLayout ? parent.layout()->indexOf(w) : -1, withLayout ? 0 : -1);
+    } else {
+        QVERIFY(qobject_cast<QPushButton *>(w));
+    }
+}
+
+void tst_Factory::formEntryReplacesClassEntry()
+{
+    new Kiv_SimpleFactoryEntry<TestBoundWidget>("TestReplaced", QString(), QString());
+    auto *form = new Kiv_UIFileFactoryEntry("TestReplaced");
+    QCOMPARE(Kiv_QtWidgetFactoryRegistry::getEntry("TestReplaced"), form);
+    QCOMPARE(form->getWhatsThis(), QString("TestReplaced.ui file include"));
+    QCOMPARE(form->getIncludeFile(), QString());
+}
+
+void tst_Factory::loadsForms_data()
+{
+    QTest::addColumn<QString>("form");
+    QTest::addColumn<int>("parentKind"); // 0 none, 1 without layout, 2 with layout
+    QTest::addColumn<bool>("loads");
+    QTest::addColumn<bool>("placed");
+    QTest::newRow("no parent") << "TestPanel" << 0 << true << false;
+    QTest::newRow("parent without layout") << "TestPanel" << 1 << true << false;
+    QTest::newRow("parent with layout") << "TestPanel" << 2 << true << true;
+    QTest::newRow("missing form") << "NoSuchForm" << 2 << false << false;
+}
+
+void tst_Factory::loadsForms()
+{
+    QFETCH(QString, form);
+    QFETCH(int, parentKind);
+    QFETCH(bool, loads);
+    QFETCH(bool, placed);
+    std::unique_ptr<QWidget> parent(parentKind ? new QWidget : nullptr);
+    if (parentKind == 2)
+        new QVBoxLayout(parent.get());
+    std::unique_ptr<QWidget> owned;
+    QWidget *w = Kiv_CreateWidgetFromUILayout(form, parent.get(), "ignored", true);
+    if (!parent)
+        owned.reset(w);
+    QCOMPARE(w != nullptr, loads);
+    if (!w)
+        return;
+    QCOMPARE(w->objectName(), QString("TestPanel")); // the form's own name stands
+    QCOMPARE(w->parentWidget(), parent.get());
+    QCOMPARE(parent && parent->layout() && parent->layout()->indexOf(w) >= 0, placed);
+    auto *bound = w->findChild<TestBoundWidget *>("bound");
+    QVERIFY(bound);
+    QCOMPARE(w->layout()->indexOf(bound), 1);
+    QCOMPARE(w->findChild<QLabel *>("title")->text(), QString("Panel"));
+}
+
+void tst_Factory::nestedFormLoadsThroughItsEntry()
+{
+    new Kiv_UIFileFactoryEntry("TestPanel");
+    QWidget parent;
+    QWidget *outer = Kiv_CreateWidgetFromUILayout("TestOuter", &parent, nullptr, false);
+    QVERIFY(outer);
+    QWidget *inner = outer->findChild<QWidget *>("inner"); // the outer form names its part
+    QVERIFY(inner);
+    QVERIFY(inner->findChild<QLabel *>("title"));
+    QVERIFY(inner->findChild<TestBoundWidget *>("bound"));
+    QVERIFY(outer->layout()->indexOf(inner) >= 0);
+}
+
+QTEST_MAIN(tst_Factory)
+#include "tst_factory.moc"
