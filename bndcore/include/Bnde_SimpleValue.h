@@ -40,6 +40,9 @@ public:
         notifyValueChanged();
         return true;
     }
+    /// Stores the value without telling anyone: for cursor-like models that a painter moves
+    /// many times a second (a list's current-row model), whose listeners read on demand.
+    void setValueQuietly(const T &iValue) { mValue = iValue; }
     void notifyValueChanged() { SendToListeners(Bndt_SimpleValue_Notifications::MsgValueChanged()); }
 
     QString describeValue() const override { return Bnd_ValueTraits::toDisplayString(mValue); }

@@ -79,8 +79,20 @@ void Bnd_ArrayElementModel::arrayChanged(const Bnd_MessageInterface &iMsg)
         SendToListeners(iMsg);
         return;
     }
-    if (!affected)
-        return;
+    if (affected)
+        notifyElementChanged();
+}
+
+void Bnd_ArrayElementModel::indexChanged(const Bnd_MessageInterface &iMsg)
+{
+    // The element now stands for another one. (A painter that moves a cursor model per row
+    // sets it quietly, so its listeners are not told every row.)
+    if (iMsg.is<Bndt_SimpleValue_Notifications::MsgValueChanged>())
+        notifyElementChanged();
+}
+
+void Bnd_ArrayElementModel::notifyElementChanged()
+{
     if (mActions)
         SendToListeners(Bndt_Action_Notifications::MsgEnabledChanged());
     else
@@ -119,6 +131,8 @@ void Bnd_ArrayElementModel::Watch::listenerInterface_detachModel()
 
 void Bnd_ArrayElementModel::Watch::listenerInterface_receiveMessage(const Bnd_MessageInterface &iMsg)
 {
-    if (!mIsIndex)
+    if (mIsIndex)
+        mOwner->indexChanged(iMsg);
+    else
         mOwner->arrayChanged(iMsg);
 }

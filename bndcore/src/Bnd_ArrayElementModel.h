@@ -47,6 +47,8 @@ private:
     };
 
     void arrayChanged(const Bnd_MessageInterface &iMsg);
+    void indexChanged(const Bnd_MessageInterface &iMsg);
+    void notifyElementChanged();
     void sourceGone();
 
     Watch mArrayWatch{this, false};

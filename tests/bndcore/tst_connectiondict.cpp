@@ -156,6 +156,17 @@ void tst_ConnectionDict::indexModelSubscriptFollowsTheIndexAtEachMessage()
     QString out = "untouched";
     QVERIFY(!l.readValue(out));
     QCOMPARE(out, QString("untouched"));
+
+    // Moving the index tells the element's listeners; a quiet move (a painter's cursor) does not.
+    int changes = 0;
+    l.setReceiveMessageCB([&](const Bnd_MessageInterface &m) {
+        changes += m.is<Bndt_SimpleValue_Notifications::MsgValueChanged>();
+    });
+    row.setValue(2);
+    QCOMPARE(changes, 1);
+    row.setValueQuietly(0);
+    QCOMPARE(changes, 1);
+    QCOMPARE(l.getValue(), QString("a"));
 }
 
 void tst_ConnectionDict::elementListenerHearsOnlyChangesThatConcernIt_data()
