@@ -34,7 +34,9 @@ public:
     };
 
     /// Remembers where the application runs from. `iSeed` is the path of the executable or of
-    /// the directory holding it (a relative path is taken from the current directory). A null
+    /// the directory holding it (a relative path is taken from the current directory). A bare
+    /// name that is no existing file (the product name, as the application object passes it)
+    /// becomes the product name unless one was set, and the running executable is used. A null
     /// or empty seed means the running executable, QCoreApplication::applicationFilePath(),
     /// which is looked up when a path is asked for, so this may be called before the
     /// application object exists.

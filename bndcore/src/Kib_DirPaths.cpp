@@ -94,6 +94,17 @@ void Kib_DirPaths::Initialize(const char *iSeed)
         return;
     }
     const QFileInfo info(seed);
+    const bool looksLikePath = info.exists() || seed.contains(QLatin1Char('/'))
+        || seed.contains(QLatin1Char('\\'));
+    if (!looksLikePath) {
+        // A bare name that is no file here: the product's name, not a place.
+        if (s.mProductName.isEmpty())
+            s.mProductName = seed;
+        s.mSeeded = false;
+        s.mExeDir.clear();
+        s.mExeName.clear();
+        return;
+    }
     s.mSeeded = true;
     if (info.isDir() || seed.endsWith(QLatin1Char('/'))) {
         s.mExeDir = withSlash(info.absoluteFilePath());

@@ -340,6 +340,9 @@ void tst_KibServices::applicationSeed_data()
     QTest::newRow("null seed") << "<null>"
                                << "<app>/"
                                << "<app>";
+    QTest::newRow("product name") << "Harbour Editor"
+                                  << "<app>/"
+                                  << "<app>";
 }
 
 void tst_KibServices::applicationSeed()
