@@ -3,6 +3,7 @@
 #include "Kib_Assert.h"
 #include "Kib_DirPaths.h"
 #include "Kib_Resource.h"
+#include "Kiv_ScriptRunner.h"
 
 #include <QCoreApplication>
 
@@ -20,6 +21,7 @@ void Kiv_Initialize(const char *iArg)
     Kib_DirPaths::Initialize(iArg);
     Kib_Resource::setResourcePath(
         Kib_DirPaths::GetPath(Kib_DirPaths::DirPath_t(Kib_DirPaths::ResourceDir), true));
+    Kiv_InstallScriptRunner(); // delayed scripts of the runtime run through the script parser
 }
 
 bool Kiv_IsInitialized() { return gInitialized; }
