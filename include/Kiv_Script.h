@@ -47,7 +47,8 @@ public:
     bool isConnected() const;
 
     /// Evaluates the tree. Answers whether the evaluation succeeded; false without a tree.
-    /// The script's own actions may change or reconnect this script while it runs.
+    /// The script's own actions may change or reconnect this script, or destroy its owner (and
+    /// so this object), while it runs.
     bool run();
 
     /// The tree; null when there is none.
@@ -56,10 +57,16 @@ public:
 private:
     void dropTree();
 
+    // One running evaluation. Trees dropped while a run is under way (its action changed the
+    // script, or destroyed the owner) are kept by the outermost run until it ends.
+    struct RunFrame
+    {
+        RunFrame *outer;
+        bool destroyed;
+        std::vector<std::unique_ptr<Uip_ParseNode>> kept;
+    };
+
     QString mText;
     std::unique_ptr<Uip_ParseNode> mNodeP;
-    // Trees dropped while the script runs (its action changed or reconnected the script); they
-    // are deleted when the run is over.
-    std::vector<std::unique_ptr<Uip_ParseNode>> mRetired;
-    int mRunDepth = 0;
+    RunFrame *mRunFrames = nullptr;
 };

@@ -4,7 +4,12 @@
 
 Kiv_Script::Kiv_Script() = default;
 
-Kiv_Script::~Kiv_Script() = default;
+Kiv_Script::~Kiv_Script()
+{
+    for (RunFrame *f = mRunFrames; f; f = f->outer)
+        f->destroyed = true;
+    dropTree(); // a running tree stays alive until its run ends
+}
 
 bool Kiv_Script::setText(const QString &iText)
 {
@@ -37,17 +42,22 @@ bool Kiv_Script::run()
     if (!mNodeP)
         return false;
     Uip_ParseNode *node = mNodeP.get();
-    ++mRunDepth;
+    RunFrame frame{mRunFrames, false, {}};
+    mRunFrames = &frame;
     Bnd_Variant result;
     const bool ok = node->Evaluate(&result);
-    if (--mRunDepth == 0)
-        mRetired.clear();
-    return ok;
+    if (!frame.destroyed) // else this object is gone: touch nothing of it
+        mRunFrames = frame.outer;
+    return ok; // trees the run dropped die with the frame
 }
 
 void Kiv_Script::dropTree()
 {
-    if (mRunDepth > 0 && mNodeP)
-        mRetired.push_back(std::move(mNodeP));
+    if (mRunFrames && mNodeP) {
+        RunFrame *outermost = mRunFrames;
+        while (outermost->outer)
+            outermost = outermost->outer;
+        outermost->kept.push_back(std::move(mNodeP));
+    }
     mNodeP.reset();
 }

@@ -22,6 +22,7 @@ private slots:
     void runReportsTheOutcome();
     void windowNamesUseTheGivenWidget();
     void scriptMayReplaceItselfWhileRunning();
+    void scriptMayDestroyItsOwnerWhileRunning();
 };
 
 void tst_Script::setText_data()
@@ -198,6 +199,27 @@ void tst_Script::scriptMayReplaceItselfWhileRunning()
     QCOMPARE(log, QStringList({ "Replace", "After" }));
     QCOMPARE(script.text(), QString("S.Missing()"));
     QVERIFY(!script.hasScript());
+}
+
+void tst_Script::scriptMayDestroyItsOwnerWhileRunning()
+{
+    // A "close" action deletes the owner (and its script) in the middle of the script; the rest
+    // of the statements still run on the tree, which lives until the run ends.
+    auto *owner = new Kiv_Script;
+    QStringList log;
+    Bnde_ActionModelWithType<Bndt_Action<void()>> close("S.Close", [&] {
+        log << "Close";
+        delete owner;
+        owner = nullptr;
+    });
+    Bnde_ActionModelWithType<Bndt_Action<void()>> after("S.AfterClose", [&] { log << "After"; });
+    QVERIFY(close.Publish());
+    QVERIFY(after.Publish());
+    owner->setText("S.Close(); S.AfterClose()");
+    QVERIFY(owner->connect({}, nullptr));
+    QVERIFY(owner->run());
+    QVERIFY(!owner);
+    QCOMPARE(log, QStringList({"Close", "After"}));
 }
 
 QTEST_MAIN(tst_Script)
