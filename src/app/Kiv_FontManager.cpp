@@ -1,13 +1,13 @@
 #include "Kiv_FontManager.h"
 
+#include "Kiv_FontConnection.h"
+
 #include "Kib_Setting.h"
 
 #include <QDebug>
 #include <QFile>
 #include <QHash>
 #include <QStringList>
-
-#include <cstdlib>
 
 namespace {
 
@@ -17,34 +17,6 @@ FontTable &fontTable()
 {
     static FontTable table;
     return table;
-}
-
-// Settings files give weights on the 0 to 99 scale (50 normal, 75 bold); a weight there is
-// taken as the nearest named weight of QFont.
-const int cLegacyWeights[][2] = {
-    { 0, QFont::Thin },    { 12, QFont::ExtraLight }, { 25, QFont::Light },
-    { 50, QFont::Normal }, { 57, QFont::Medium },     { 63, QFont::DemiBold },
-    { 75, QFont::Bold },   { 81, QFont::ExtraBold },  { 87, QFont::Black },
-};
-const int cFirstFontWeight = QFont::Thin; // 100: from here on the weight is QFont's own
-const int cMaxFontWeight = 1000;
-
-// Keeps a negative weight negative, which QFont reads as "not set".
-int fontWeight(int iWeight)
-{
-    if (iWeight < 0)
-        return iWeight;
-    if (iWeight >= cFirstFontWeight)
-        return qMin(iWeight, cMaxFontWeight);
-    int nearest = cLegacyWeights[0][1];
-    int distance = iWeight - cLegacyWeights[0][0];
-    for (const auto &mapping : cLegacyWeights) {
-        if (std::abs(iWeight - mapping[0]) < distance) {
-            distance = std::abs(iWeight - mapping[0]);
-            nearest = mapping[1];
-        }
-    }
-    return nearest;
 }
 
 // A decimal integer; what is not one counts as 0.
@@ -87,7 +59,7 @@ QFont Kiv_FontManager::fontFromDescription(const QString &iDescription)
     // QFont's constructor takes -1 (or any size below 1, any negative weight) as "not set"
     // and leaves those fields unresolved, unlike setPointSize(-1), which would complain.
     const int pointSize = parts.size() >= 2 ? toInteger(parts.at(1)) : -1;
-    const int weight = parts.size() >= 3 ? fontWeight(toInteger(parts.at(2))) : -1;
+    const int weight = parts.size() >= 3 ? Kiv_FontWeightFromSetting(toInteger(parts.at(2))) : -1;
     return QFont(family, pointSize, weight, false);
 }
 
