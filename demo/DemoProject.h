@@ -1,0 +1,99 @@
+#pragma once
+
+// The showcase's in-process "project": the data a video editor would publish for its screens.
+// Everything a widget shows comes from here through named models; everything a user does
+// comes back as set messages or actions, which change the models and write a log line.
+
+#include "Bnd_Timecode.h"
+#include "Bnde_ActionModel.h"
+#include "Bnde_Array.h"
+#include "Bnde_Container.h"
+#include "Bnde_SimpleValue.h"
+
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+#include <memory>
+
+class TaskSchedulerTask;
+
+class DemoProject
+{
+public:
+    static constexpr int cFramesPerSecond = 25;
+
+    DemoProject();
+    ~DemoProject();
+
+    /// Every published model with its type and current value, one per line, sorted by name.
+    QStringList describeModels() const;
+
+    /// Where a simulated long operation reports progress (message, percent 0-100, or -1 when
+    /// it has finished); the application shows it in a status window.
+    void setProgressSink(std::function<void(const QString &, int)> iSink) { mProgressSink = std::move(iSink); }
+
+    // Direct access for the application shell and tests.
+    const QString &playState() const { return mPlayState.getValue(); }
+    long position() const { return mPosition.getValue(); }
+    const QString &log() const { return mLog.getValue(); }
+    long selection() const { return mSelection.getValue(); }
+
+private:
+    void play();
+    void stop();
+    void step(long iFrames);
+    void toStart();
+    void toEnd();
+    void addMarker();
+    void addClip();
+    void removeClip();
+    void openClip(long iRow);
+    void selectRelative(long iDelta);
+    void updateStates();
+    void startExport();
+    void exportTick();
+    void tick();
+    void selectionChanged();
+    void setPosition(long iFrame);
+    void say(const QString &iLine);
+    long selectedDuration() const;
+
+    // Project data.
+    Bnde_SimpleValue<QString> mName;
+    Bnde_Container mClips;
+    Bnde_Array<QString> *mClipNames = nullptr;
+    Bnde_Array<long> *mClipDurations = nullptr;
+    Bnde_Index<long> mSelection;
+    Bnde_SimpleValue<QString> mSelectedName;
+    Bnde_SimpleValue<long> mSelectedDuration;
+    Bnde_SimpleValue<long> mClipCount;
+    Bnde_Array<long> mMarkers;
+    Bnde_SimpleValue<long> mMarkerCount;
+    Bnde_SimpleValue<QString> mNotes;
+
+    // Monitor and transport.
+    Bnde_SimpleValue<QString> mPlayState;
+    Bnde_SimpleValue<long> mPosition;
+    Bnde_SimpleValue<QString> mTimecode;
+    Bnde_SimpleValue<Bnd_Timecode> mTimecodeValue;
+    Bnde_SimpleValue<double> mPlayRate;
+    Bnde_SimpleValue<bool> mLoop;
+    Bnde_SimpleValue<bool> mShowSafeArea;
+    Bnde_SimpleValue<bool> mCanEdit;
+    Bnde_SimpleValue<bool> mExporting;
+    Bnde_SimpleValue<bool> mCanExport;
+    Bnde_SimpleValue<bool> mCanRemoveClip;
+    Bnde_Container mTransport;
+    Bnde_Container mProjectActions;
+
+    // What happened, newest last.
+    Bnde_SimpleValue<QString> mLog;
+    Bnde_SimpleValue<QString> mLastAction;
+    QStringList mLogLines;
+
+    std::unique_ptr<TaskSchedulerTask> mPlayTask;
+    std::unique_ptr<TaskSchedulerTask> mExportTask;
+    int mExportPercent = 0;
+    std::function<void(const QString &, int)> mProgressSink;
+};
