@@ -55,7 +55,8 @@ BENCHMARK(BM_Bnd_GetSet);
 void BM_Qt_MetaPropertyGetSet(benchmark::State &state)
 {
     QtValue object;
-    const QMetaProperty p = object.metaObject()->property(object.metaObject()->indexOfProperty("value"));
+    const QMetaProperty p
+        = object.metaObject()->property(object.metaObject()->indexOfProperty("value"));
     int i = 0;
     for (auto _ : state) {
         p.write(&object, ++i);
@@ -84,8 +85,10 @@ void BM_Bnd_Notify10k(benchmark::State &state)
     std::vector<std::unique_ptr<Bnd_ConnectionToModel<Bndt_SimpleValue<int>>>> listeners;
     long received = 0;
     for (int i = 0; i < cListeners; ++i) {
-        listeners.push_back(std::make_unique<Bnd_ConnectionToModel<Bndt_SimpleValue<int>>>("Bench.Notified"));
-        listeners.back()->setReceiveMessageCB([&received](const Bnd_MessageInterface &) { ++received; });
+        listeners.push_back(
+            std::make_unique<Bnd_ConnectionToModel<Bndt_SimpleValue<int>>>("Bench.Notified"));
+        listeners.back()->setReceiveMessageCB(
+            [&received](const Bnd_MessageInterface &) { ++received; });
     }
     int v = 0;
     for (auto _ : state)
@@ -194,12 +197,13 @@ BENCHMARK(BM_Bnd_ElementGetPlain);
 int main(int argc, char **argv)
 {
     QCoreApplication app(argc, argv);
-    return BenchRatio::runAndCompare(argc, argv,
-                                     {{"BM_Bnd_GetSet", "BM_Qt_MetaPropertyGetSet", 1.0},
-                                      {"BM_Bnd_GetSet", "BM_Qt_AccessorGetSet", 0},
-                                      {"BM_Bnd_Notify10k", "BM_Qt_Signal10k", 1.0},
-                                      {"BM_Bnd_ConnectByName", "BM_Qt_HashLookupAndConnect", 0},
-                                      {"BM_Bnd_ElementGetByIndexModel", "BM_Bnd_ElementGetPlain", 2.0}});
+    return BenchRatio::runAndCompare(
+        argc, argv,
+        { { "BM_Bnd_GetSet", "BM_Qt_MetaPropertyGetSet", 1.0 },
+          { "BM_Bnd_GetSet", "BM_Qt_AccessorGetSet", 0 },
+          { "BM_Bnd_Notify10k", "BM_Qt_Signal10k", 1.0 },
+          { "BM_Bnd_ConnectByName", "BM_Qt_HashLookupAndConnect", 0 },
+          { "BM_Bnd_ElementGetByIndexModel", "BM_Bnd_ElementGetPlain", 2.0 } });
 }
 
 #include "bench_bndcore.moc"

@@ -15,7 +15,8 @@ typedef Bnde_ActionModelWithType<Bndt_Action<void(long)>> RowAction;
 void describe(QStringList &oLines, const QString &iName, const Bnd_ModelInterface *iModel)
 {
     const auto *model = dynamic_cast<const Bnd_ModelBase *>(iModel);
-    QString line = iName + QLatin1String("  [") + iModel->getModelType().describe() + QLatin1Char(']');
+    QString line
+        = iName + QLatin1String("  [") + iModel->getModelType().describe() + QLatin1Char(']');
     if (model && !model->describeValue().isEmpty())
         line += QLatin1String(" = ") + model->describeValue();
     oLines << line;
@@ -52,11 +53,14 @@ DemoProject::DemoProject()
     , mLastAction("Project.LastAction", "Ready")
 {
     mClipNames = mClips.add<Bnde_Array<QString>>(
-        "name", std::vector<QString>{"Harbour at dawn", "Interview: harbour master", "Fishing boats",
-                                     "Market square", "Gulls (B-roll)", "Sunset over the pier"});
+        "name",
+        std::vector<QString> { "Harbour at dawn", "Interview: harbour master", "Fishing boats",
+                               "Market square", "Gulls (B-roll)", "Sunset over the pier" });
     mClipDurations = mClips.add<Bnde_Array<long>>(
-        "duration", std::vector<long>{12 * 25, 95 * 25 + 12, 21 * 25, 34 * 25 + 5, 8 * 25, 27 * 25 + 20});
-    mClips.add<Bnde_Container>("Actions")->add<RowAction>("open", [this](long row) { openClip(row); });
+        "duration",
+        std::vector<long> { 12 * 25, 95 * 25 + 12, 21 * 25, 34 * 25 + 5, 8 * 25, 27 * 25 + 20 });
+    mClips.add<Bnde_Container>("Actions")->add<RowAction>("open",
+                                                          [this](long row) { openClip(row); });
 
     mTransport.add<Action>("play", [this] { play(); });
     mTransport.add<Action>("stop", [this] { stop(); });
@@ -73,11 +77,12 @@ DemoProject::DemoProject()
     mProjectActions.add<Action>("previousClip", [this] { selectRelative(-1); });
     mProjectActions.add<Action>("nextClip", [this] { selectRelative(+1); });
 
-    for (Bnd_ModelBase *m : std::initializer_list<Bnd_ModelBase *>{
-             &mName, &mClips, &mSelection, &mSelectedName, &mSelectedDuration, &mClipCount, &mMarkers,
-             &mMarkerCount, &mNotes, &mPlayState, &mPosition, &mTimecode, &mTimecodeValue, &mPlayRate,
-             &mLoop, &mShowSafeArea, &mCanEdit, &mExporting, &mCanExport, &mCanRemoveClip, &mTransport, &mProjectActions, &mLog,
-             &mLastAction})
+    for (Bnd_ModelBase *m : std::initializer_list<Bnd_ModelBase *> {
+             &mName,         &mClips,          &mSelection,     &mSelectedName, &mSelectedDuration,
+             &mClipCount,    &mMarkers,        &mMarkerCount,   &mNotes,        &mPlayState,
+             &mPosition,     &mTimecode,       &mTimecodeValue, &mPlayRate,     &mLoop,
+             &mShowSafeArea, &mCanEdit,        &mExporting,     &mCanExport,    &mCanRemoveClip,
+             &mTransport,    &mProjectActions, &mLog,           &mLastAction })
         m->Publish();
 
     selectionChanged();
@@ -126,8 +131,8 @@ void DemoProject::play()
     if (mPlayState.getValue() == QLatin1String("playing"))
         return;
     mPlayState.setValue("playing");
-    mPlayTask = std::make_unique<TaskSchedulerTask>("DemoPlaybackTask", 5, [this] { tick(); }, true,
-                                                    1000 / cFramesPerSecond, true);
+    mPlayTask = std::make_unique<TaskSchedulerTask>(
+        "DemoPlaybackTask", 5, [this] { tick(); }, true, 1000 / cFramesPerSecond, true);
     TaskScheduler::instance().addTask(mPlayTask.get(), false);
     say(QStringLiteral("Play \"%1\" from %2").arg(mSelectedName.getValue(), mTimecode.getValue()));
 }
@@ -246,8 +251,8 @@ void DemoProject::startExport()
     updateStates();
     mExportPercent = 0;
     say(QStringLiteral("Export started"));
-    mExportTask = std::make_unique<TaskSchedulerTask>("DemoExportTask", 5, [this] { exportTick(); },
-                                                      false, 60, true);
+    mExportTask = std::make_unique<TaskSchedulerTask>(
+        "DemoExportTask", 5, [this] { exportTick(); }, false, 60, true);
     TaskScheduler::instance().addTask(mExportTask.get(), false);
     if (mProgressSink)
         mProgressSink(QStringLiteral("Exporting \"%1\"...").arg(mName.getValue()), 0);
@@ -258,7 +263,8 @@ void DemoProject::exportTick()
     mExportPercent += 4;
     if (mExportPercent < 100) {
         if (mProgressSink)
-            mProgressSink(QStringLiteral("Exporting \"%1\"...").arg(mName.getValue()), mExportPercent);
+            mProgressSink(QStringLiteral("Exporting \"%1\"...").arg(mName.getValue()),
+                          mExportPercent);
         return;
     }
     // Stop once this callback returns; the task object is dropped by the next export.

@@ -31,7 +31,10 @@ public:
 
     /// Where a simulated long operation reports progress (message, percent 0-100, or -1 when
     /// it has finished); the application shows it in a status window.
-    void setProgressSink(std::function<void(const QString &, int)> iSink) { mProgressSink = std::move(iSink); }
+    void setProgressSink(std::function<void(const QString &, int)> iSink)
+    {
+        mProgressSink = std::move(iSink);
+    }
 
     // Direct access for the application shell and tests.
     const QString &playState() const { return mPlayState.getValue(); }

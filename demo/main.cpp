@@ -21,8 +21,8 @@
 #include <QDir>
 #include <QImage>
 #include <QPixmap>
-#include <QSet>
 #include <QScreen>
+#include <QSet>
 #include <QTextStream>
 #include <QTimer>
 #include <QWidget>
@@ -38,7 +38,8 @@ namespace {
 void preferOffscreenWhenHeadless(int argc, char **argv)
 {
     for (int i = 1; i < argc; ++i) {
-        const bool headless = !std::strcmp(argv[i], "--screenshot") || !std::strcmp(argv[i], "--list-models");
+        const bool headless
+            = !std::strcmp(argv[i], "--screenshot") || !std::strcmp(argv[i], "--list-models");
         if (headless && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
     }
@@ -48,7 +49,9 @@ void preferOffscreenWhenHeadless(int argc, char **argv)
 class ProgressWindow
 {
 public:
-    explicit ProgressWindow(QWidget *iParent) : mParent(iParent) { }
+    explicit ProgressWindow(QWidget *iParent)
+        : mParent(iParent)
+    { }
     void report(const QString &iMessage, int iPercent)
     {
         if (iPercent < 0) {
@@ -56,7 +59,8 @@ public:
             return;
         }
         if (!mWindow) {
-            mWindow = std::make_unique<Kiv_StatusWindow>(mParent, QStringLiteral("KivDemoProgress"));
+            mWindow
+                = std::make_unique<Kiv_StatusWindow>(mParent, QStringLiteral("KivDemoProgress"));
             mWindow->setMsgText(iMessage);
             mWindow->setTMsgText(QStringLiteral("About 3 seconds left"));
             mWindow->setCMsgText(QStringLiteral("Simulated export"));
@@ -92,23 +96,25 @@ int main(int argc, char **argv)
     QCommandLineParser parser;
     parser.setApplicationDescription(QStringLiteral("The KivCore showcase"));
     parser.addHelpOption();
-    const QCommandLineOption screenshot(QStringLiteral("screenshot"),
-                                        QStringLiteral("Render the main window into <file> and exit."),
-                                        QStringLiteral("file"));
+    const QCommandLineOption screenshot(
+        QStringLiteral("screenshot"),
+        QStringLiteral("Render the main window into <file> and exit."), QStringLiteral("file"));
     const QCommandLineOption listModels(QStringLiteral("list-models"),
                                         QStringLiteral("Print every published model and exit."));
     const QCommandLineOption language(QStringLiteral("language"),
                                       QStringLiteral("Load the translations for <locale>."),
                                       QStringLiteral("locale"));
-    parser.addOptions({screenshot, listModels, language});
+    parser.addOptions({ screenshot, listModels, language });
     parser.process(app);
 
     if (parser.isSet(language)) {
         QString locale = parser.value(language);
-        const QString dir = QCoreApplication::applicationDirPath() + QStringLiteral("/translations");
+        const QString dir
+            = QCoreApplication::applicationDirPath() + QStringLiteral("/translations");
         app.initTranslations(dir, Kib_DirPaths::GetPath(Kib_DirPaths::TranslationsDir), locale);
     }
-    Kiv_FontManager::loadSettingsFile(Kib_Resource::getResourcePath() + QStringLiteral("Settings/KivSettings.xml"));
+    Kiv_FontManager::loadSettingsFile(Kib_Resource::getResourcePath()
+                                      + QStringLiteral("Settings/KivSettings.xml"));
 
     DemoProject project;
     if (parser.isSet(listModels)) {
@@ -118,32 +124,39 @@ int main(int argc, char **argv)
         return 0;
     }
 
-    std::unique_ptr<QWidget> window(Kiv_CreateWidgetFromUILayout(QStringLiteral("KivDemoMain"), nullptr, "main", false));
+    std::unique_ptr<QWidget> window(
+        Kiv_CreateWidgetFromUILayout(QStringLiteral("KivDemoMain"), nullptr, "main", false));
     if (!window) {
         std::fprintf(stderr, "kivdemo: cannot load the form %sForms/KivDemoMain.ui\n",
                      qPrintable(Kib_Resource::getResourcePath()));
         return 1;
     }
     app.setMainWidget(window.get());
-    Kiv_ConnectionUtils::recursiveConnect(window.get(), Bnd_ConnectionEnvironment::blankEnvironment());
+    Kiv_ConnectionUtils::recursiveConnect(window.get(),
+                                          Bnd_ConnectionEnvironment::blankEnvironment());
 
     ProgressWindow progress(window.get());
-    project.setProgressSink([&progress](const QString &iMessage, int iPercent) { progress.report(iMessage, iPercent); });
+    project.setProgressSink([&progress](const QString &iMessage, int iPercent) {
+        progress.report(iMessage, iPercent);
+    });
 
     if (parser.isSet(screenshot)) {
         // A moment of editing, played through the same scripts buttons and keys run.
         Kiv_Script scene;
-        scene.setText(QStringLiteral("Project.Actions.nextClip(); Transport.Actions.fastForward(); "
-                                     "Transport.Actions.addMarker(); Transport.Actions.fastForward(); "
-                                     "Transport.Actions.stepForward(); Transport.Actions.addMarker()"));
-        if (!scene.connect(Bnd_ConnectionEnvironment::blankEnvironment(), window.get()) || !scene.run())
+        scene.setText(
+            QStringLiteral("Project.Actions.nextClip(); Transport.Actions.fastForward(); "
+                           "Transport.Actions.addMarker(); Transport.Actions.fastForward(); "
+                           "Transport.Actions.stepForward(); Transport.Actions.addMarker()"));
+        if (!scene.connect(Bnd_ConnectionEnvironment::blankEnvironment(), window.get())
+            || !scene.run())
             std::fprintf(stderr, "kivdemo: the screenshot scene did not run\n");
         window->show();
         QCoreApplication::processEvents();
         const QString file = parser.value(screenshot);
         const QImage image = window->grab().toImage();
         if (distinctColours(image, 64) < 64) {
-            std::fprintf(stderr, "kivdemo: the window rendered with almost no colours; not saved\n");
+            std::fprintf(stderr,
+                         "kivdemo: the window rendered with almost no colours; not saved\n");
             return 1;
         }
         if (!image.save(file)) {

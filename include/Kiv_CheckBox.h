@@ -20,9 +20,12 @@
 class KIVCORE_EXPORT Kiv_CheckBox : public QCheckBox, public Kiv_WidgetConnectInterface
 {
     Q_OBJECT
-    Q_PROPERTY(QByteArray visibleStateConnectionSpec READ visibleStateConnectionSpec WRITE setVisibleStateConnectionSpec)
-    Q_PROPERTY(QByteArray enabledStateConnectionSpec READ enabledStateConnectionSpec WRITE setEnabledStateConnectionSpec)
-    Q_PROPERTY(QByteArray checkedStateConnectionSpec READ checkedStateConnectionSpec WRITE setCheckedStateConnectionSpec)
+    Q_PROPERTY(QByteArray visibleStateConnectionSpec READ visibleStateConnectionSpec WRITE
+                   setVisibleStateConnectionSpec)
+    Q_PROPERTY(QByteArray enabledStateConnectionSpec READ enabledStateConnectionSpec WRITE
+                   setEnabledStateConnectionSpec)
+    Q_PROPERTY(QByteArray checkedStateConnectionSpec READ checkedStateConnectionSpec WRITE
+                   setCheckedStateConnectionSpec)
     Q_PROPERTY(QByteArray fontConnectionSpec READ fontConnectionSpec WRITE setFontConnectionSpec)
 
 public:

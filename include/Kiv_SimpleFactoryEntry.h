@@ -8,19 +8,18 @@
 
 /// How the factory makes a T under a parent: with the class's defaults. Classes whose
 /// constructors need more than a parent specialise this.
-template<class T>
-struct Kiv_FactoryConstruct
+template<class T> struct Kiv_FactoryConstruct
 {
     static T *make(QWidget *iParent) { return new T(iParent); }
 };
 
 /// The factory entry of a widget class T; it registers itself under the class name.
-template<class T>
-class Kiv_SimpleFactoryEntry : public Kiv_FactoryEntryInterface
+template<class T> class Kiv_SimpleFactoryEntry : public Kiv_FactoryEntryInterface
 {
 public:
     /// A null what's-this text stands for the class name, a null tool tip for the what's-this.
-    Kiv_SimpleFactoryEntry(const QString &iClassName, const QString &iWhatsThis, const QString &iToolTip)
+    Kiv_SimpleFactoryEntry(const QString &iClassName, const QString &iWhatsThis,
+                           const QString &iToolTip)
         : mWhatsThis(iWhatsThis.isNull() ? iClassName : iWhatsThis)
         , mToolTip(iToolTip.isNull() ? mWhatsThis : iToolTip)
         , mIncludeFile(iClassName + QLatin1String(".h"))

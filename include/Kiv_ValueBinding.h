@@ -31,15 +31,16 @@ class QWidget;
 /// The widget supplies what to do on a change (onChanged) and, if it can be published, how to
 /// read and write its value (onPublishedGet, onPublishedSet). Values it sends with send() are
 /// sent with an echo guard raised, so the model's change notification does not come back.
-template<class T>
-class Kiv_ValueBinding
+template<class T> class Kiv_ValueBinding
 {
 public:
     typedef Bnd_ConnectionToModel<Bndt_SimpleValue<T>> Listener;
     typedef Bnd_ConnectionToListener<Bndt_SimpleValue<T>> OwnModel;
     typedef Bndt_SimpleValue_API<T> API;
 
-    explicit Kiv_ValueBinding(QWidget *iOwner = nullptr) : mOwner(iOwner) { }
+    explicit Kiv_ValueBinding(QWidget *iOwner = nullptr)
+        : mOwner(iOwner)
+    { }
     Kiv_ValueBinding(const Kiv_ValueBinding &) = delete;
     Kiv_ValueBinding &operator=(const Kiv_ValueBinding &) = delete;
 
@@ -63,11 +64,14 @@ public:
         const QString text = QString::fromUtf8(iString);
         const QString trimmed = text.trimmed();
         if (trimmed.startsWith(QLatin1String("publish"))) {
-            const QString name = Kiv_SubscriptionIdentifierSubstitution(trimmed.mid(7).trimmed(), mOwner);
+            const QString name
+                = Kiv_SubscriptionIdentifierSubstitution(trimmed.mid(7).trimmed(), mOwner);
             mOwnModel = std::make_unique<OwnModel>(name);
-            mOwnModel->setReceiveMessageCB([this](const Bnd_MessageInterface &m) { receiveOwn(m); });
+            mOwnModel->setReceiveMessageCB(
+                [this](const Bnd_MessageInterface &m) { receiveOwn(m); });
         } else if (!trimmed.isEmpty()) {
-            mListener = std::make_unique<Listener>(QString(), Bnd_ConnectionEnvironment::blankEnvironment());
+            mListener = std::make_unique<Listener>(QString(),
+                                                   Bnd_ConnectionEnvironment::blankEnvironment());
             mListener->setReceiveMessageCB([this](const Bnd_MessageInterface &m) { receive(m); });
             mListener->SetConnectionName(text);
         }

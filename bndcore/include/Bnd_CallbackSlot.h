@@ -8,8 +8,7 @@
 /// Holds the receive callback of a listener or model so that the callback may destroy its
 /// owner, or replace itself, while it runs: the function being called is kept alive until the
 /// call returns, and the caller learns that the owner is gone.
-template<class Arg>
-class Bnd_CallbackSlot
+template<class Arg> class Bnd_CallbackSlot
 {
 public:
     typedef boost::function<void(const Arg &)> Function;
@@ -39,7 +38,7 @@ public:
         Function *f = mFunction.get();
         if (!f)
             return true;
-        Frame frame{mFrames, false, {}};
+        Frame frame { mFrames, false, {} };
         mFrames = &frame;
         (*f)(iArg);
         if (frame.destroyed)

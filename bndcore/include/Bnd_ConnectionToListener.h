@@ -9,8 +9,7 @@
 ///
 ///     Bnd_ConnectionToListener<Bndt_SimpleValue<QString>> model(name);   // published at once
 ///     model.setReceiveMessageCB(dispatcher.callback());
-template<class TBndt_Type>
-class Bnd_ConnectionToListener : public Bnd_ModelBase
+template<class TBndt_Type> class Bnd_ConnectionToListener : public Bnd_ModelBase
 {
 public:
     explicit Bnd_ConnectionToListener(const QString &iName,
@@ -22,5 +21,8 @@ public:
     }
 
     /// Tells the listeners that the value changed.
-    void notifyValueChanged() { SendToListeners(Bndt_SimpleValue_Notifications::MsgValueChanged()); }
+    void notifyValueChanged()
+    {
+        SendToListeners(Bndt_SimpleValue_Notifications::MsgValueChanged());
+    }
 };

@@ -13,20 +13,18 @@
 ///     title.setReceiveMessageCB([&](const Bnd_MessageInterface &m) { refresh(); });
 ///     QString t = title.getValue();             // or readValue(t), which tells success
 ///     title.setValue(QStringLiteral("New title"));
-template<class TBndt_Type>
-class Bnd_ConnectionToModel;
+template<class TBndt_Type> class Bnd_ConnectionToModel;
 
 namespace Bnd_ConnectionDetail {
 /// Constructor arguments shared by all typed listeners.
-template<class TBndt_Type>
-class TypedListener : public Bnd_ListenerBase
+template<class TBndt_Type> class TypedListener : public Bnd_ListenerBase
 {
 public:
     explicit TypedListener(const QString &iName = QString(),
-                           const Bnd_ConnectionEnvironmentPtr &iEnv = Bnd_ConnectionEnvironmentPtr())
+                           const Bnd_ConnectionEnvironmentPtr &iEnv
+                           = Bnd_ConnectionEnvironmentPtr())
         : Bnd_ListenerBase(iName, iEnv, TBndt_Type::type())
-    {
-    }
+    { }
 };
 } // namespace Bnd_ConnectionDetail
 
@@ -98,7 +96,8 @@ public:
 
 /// A listener of an array of values of type T.
 template<class T>
-class Bnd_ConnectionToModel<Bndt_Array<T>> : public Bnd_ConnectionDetail::TypedListener<Bndt_Array<T>>
+class Bnd_ConnectionToModel<Bndt_Array<T>>
+    : public Bnd_ConnectionDetail::TypedListener<Bndt_Array<T>>
 {
 public:
     typedef Bndt_SimpleValue_API<T> API;
@@ -152,7 +151,8 @@ public:
         Bndt_Action_API::MsgIsEnabled inner(&enabled);
         return this->SendMessageToModel(Bndt_Array_API::MsgWithIndex(i, inner)) && enabled;
     }
-    bool invokeAt(long i, const Bnd_ArgList &iArguments = Bnd_ArgList(), Bnd_Variant *oResult = nullptr) const
+    bool invokeAt(long i, const Bnd_ArgList &iArguments = Bnd_ArgList(),
+                  Bnd_Variant *oResult = nullptr) const
     {
         Bnd_Variant result;
         Bndt_Action_API::MsgAction inner(oResult ? oResult : &result, iArguments);

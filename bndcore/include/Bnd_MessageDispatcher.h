@@ -8,12 +8,11 @@
 #include <vector>
 
 /// Routes one message type to a member function of a handler object.
-template<class TMsg>
-struct Bnd_SimpleDispatcherHelper
+template<class TMsg> struct Bnd_SimpleDispatcherHelper
 {
     template<class TWidget>
-    static boost::function<bool(const Bnd_MessageInterface &)> make(TWidget *iWidget,
-                                                                     void (TWidget::*iHandler)(const TMsg &))
+    static boost::function<bool(const Bnd_MessageInterface &)>
+    make(TWidget *iWidget, void (TWidget::*iHandler)(const TMsg &))
     {
         return [iWidget, iHandler](const Bnd_MessageInterface &iMsg) {
             const TMsg *m = iMsg.as<TMsg>();
@@ -34,14 +33,14 @@ struct Bnd_SimpleDispatcherHelper
 ///
 /// A message without a route answers Bnd_Status::NotHandled. The dispatcher must outlive the
 /// models it serves (keep it beside them in the widget).
-template<class TAPI, class TWidget>
-class Bnd_SimpleMessageDispatcher
+template<class TAPI, class TWidget> class Bnd_SimpleMessageDispatcher
 {
 public:
-    explicit Bnd_SimpleMessageDispatcher(TWidget *iWidget) : mWidget(iWidget) { }
+    explicit Bnd_SimpleMessageDispatcher(TWidget *iWidget)
+        : mWidget(iWidget)
+    { }
 
-    template<class TMsg>
-    Bnd_SimpleMessageDispatcher &add(void (TWidget::*iHandler)(const TMsg &))
+    template<class TMsg> Bnd_SimpleMessageDispatcher &add(void (TWidget::*iHandler)(const TMsg &))
     {
         mRoutes.push_back(Bnd_SimpleDispatcherHelper<TMsg>::make(mWidget, iHandler));
         return *this;
@@ -59,7 +58,9 @@ public:
 
     boost::function<void(const Bnd_MessageInterface &)> callback() const
     {
-        return [this](const Bnd_MessageInterface &iMsg) { dispatch(iMsg); };
+        return [this](const Bnd_MessageInterface &iMsg) {
+            dispatch(iMsg);
+        };
     }
 
 private:
@@ -69,8 +70,7 @@ private:
 
 /// Routes an element message (carried by Bndt_Array_API::MsgWithIndex) to a member function
 /// taking the index and the inner message.
-template<class TMsg>
-struct Bnd_DispatcherHelperWithIndex
+template<class TMsg> struct Bnd_DispatcherHelperWithIndex
 {
     template<class TWidget>
     static boost::function<bool(const Bnd_MessageInterface &)>
@@ -90,11 +90,12 @@ struct Bnd_DispatcherHelperWithIndex
 
 /// The indexed counterpart of Bnd_SimpleMessageDispatcher, for widgets that publish arrays or
 /// containers. Plain messages can be routed too (add).
-template<class TWidget>
-class Bnd_ContainerMessageDispatcher
+template<class TWidget> class Bnd_ContainerMessageDispatcher
 {
 public:
-    explicit Bnd_ContainerMessageDispatcher(TWidget *iWidget) : mWidget(iWidget) { }
+    explicit Bnd_ContainerMessageDispatcher(TWidget *iWidget)
+        : mWidget(iWidget)
+    { }
 
     template<class TMsg>
     Bnd_ContainerMessageDispatcher &addWithIndex(void (TWidget::*iHandler)(long, const TMsg &))
@@ -120,7 +121,9 @@ public:
 
     boost::function<void(const Bnd_MessageInterface &)> callback() const
     {
-        return [this](const Bnd_MessageInterface &iMsg) { dispatch(iMsg); };
+        return [this](const Bnd_MessageInterface &iMsg) {
+            dispatch(iMsg);
+        };
     }
 
 private:

@@ -36,9 +36,10 @@ class BNDCORE_EXPORT Bnd_MessageInterface
 {
 public:
     Bnd_MessageInterface(Bnd_Api iApi, int iId, const std::type_info *iValueType = nullptr)
-        : mValueType(iValueType), mId(iId), mApi(iApi)
-    {
-    }
+        : mValueType(iValueType)
+        , mId(iId)
+        , mApi(iApi)
+    { }
     Bnd_MessageInterface(const Bnd_MessageInterface &) = default;
     virtual ~Bnd_MessageInterface();
 
@@ -51,15 +52,13 @@ public:
     void setStatus(int iStatus) const { mStatus = iStatus; }
 
     /// Whether this is a message of type M (family, number and value type).
-    template<class M>
-    bool is() const
+    template<class M> bool is() const
     {
         return mApi == M::StaticApi && mId == M::StaticID()
             && sameType(mValueType, M::StaticValueType());
     }
     /// This message as an M, or null when it is another message.
-    template<class M>
-    const M *as() const
+    template<class M> const M *as() const
     {
         return is<M>() ? static_cast<const M *>(this) : nullptr;
     }
@@ -77,7 +76,13 @@ private:
 };
 
 /// Declares the static identity of a message class.
-#define BND_MESSAGE_IDENTITY(api, id)                                                              \
-    static constexpr Bnd_Api StaticApi = api;                                                     \
-    static constexpr int StaticID() { return id; }                                                 \
-    static const std::type_info *StaticValueType() { return nullptr; }
+#define BND_MESSAGE_IDENTITY(api, id) \
+    static constexpr Bnd_Api StaticApi = api; \
+    static constexpr int StaticID() \
+    { \
+        return id; \
+    } \
+    static const std::type_info *StaticValueType() \
+    { \
+        return nullptr; \
+    }

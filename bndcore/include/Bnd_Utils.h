@@ -29,9 +29,11 @@ public:
     /// Runs a script on a later turn of the event loop: answers true when it was queued. The
     /// runtime does not interpret scripts itself; it answers false while no runner is
     /// installed (Bnd_SetDelayedActionRunner) or no application object exists.
-    static bool Bnd_AddDelayedAction(const Bnd_ConnectionEnvironmentPtr &iEnv, const QString &iScript);
+    static bool Bnd_AddDelayedAction(const Bnd_ConnectionEnvironmentPtr &iEnv,
+                                     const QString &iScript);
 
-    typedef boost::function<bool(const Bnd_ConnectionEnvironmentPtr &, const QString &)> DelayedActionRunner;
+    typedef boost::function<bool(const Bnd_ConnectionEnvironmentPtr &, const QString &)>
+        DelayedActionRunner;
     /// Installs the interpreter of delayed scripts (an empty function removes it).
     static void Bnd_SetDelayedActionRunner(const DelayedActionRunner &iRunner);
     static bool hasDelayedActionRunner();

@@ -23,12 +23,30 @@ namespace Bnd_ValueTraits {
 
 BNDCORE_EXPORT QString typeName(const std::type_info &iType);
 
-inline QString toDisplayString(bool v) { return v ? QStringLiteral("true") : QStringLiteral("false"); }
-inline QString toDisplayString(int v) { return QString::number(v); }
-inline QString toDisplayString(unsigned int v) { return QString::number(v); }
-inline QString toDisplayString(long v) { return QString::number(v); }
-inline QString toDisplayString(double v) { return QString::number(v); }
-inline QString toDisplayString(const QString &v) { return QLatin1Char('"') + v + QLatin1Char('"'); }
+inline QString toDisplayString(bool v)
+{
+    return v ? QStringLiteral("true") : QStringLiteral("false");
+}
+inline QString toDisplayString(int v)
+{
+    return QString::number(v);
+}
+inline QString toDisplayString(unsigned int v)
+{
+    return QString::number(v);
+}
+inline QString toDisplayString(long v)
+{
+    return QString::number(v);
+}
+inline QString toDisplayString(double v)
+{
+    return QString::number(v);
+}
+inline QString toDisplayString(const QString &v)
+{
+    return QLatin1Char('"') + v + QLatin1Char('"');
+}
 inline QString toDisplayString(const QStringList &v)
 {
     return QLatin1Char('[') + v.join(QLatin1String(", ")) + QLatin1Char(']');
@@ -41,25 +59,35 @@ inline QString toDisplayString(const QRect &v)
 {
     return QStringLiteral("(%1, %2 %3x%4)").arg(v.x()).arg(v.y()).arg(v.width()).arg(v.height());
 }
-inline QString toDisplayString(const QDateTime &v) { return v.toString(Qt::ISODate); }
-inline QString toDisplayString(const QColor &v) { return v.name(QColor::HexArgb); }
-inline QString toDisplayString(const QFont &v) { return v.toString(); }
+inline QString toDisplayString(const QDateTime &v)
+{
+    return v.toString(Qt::ISODate);
+}
+inline QString toDisplayString(const QColor &v)
+{
+    return v.name(QColor::HexArgb);
+}
+inline QString toDisplayString(const QFont &v)
+{
+    return v.toString();
+}
 inline QString toDisplayString(const QPixmap &v)
 {
     return v.isNull() ? QStringLiteral("<null pixmap>")
                       : QStringLiteral("<pixmap %1x%2>").arg(v.width()).arg(v.height());
 }
-inline QString toDisplayString(const Bnd_Timecode &v) { return v.toString(); }
-template<class T>
-QString toDisplayString(const SortedValueList<T> &v)
+inline QString toDisplayString(const Bnd_Timecode &v)
+{
+    return v.toString();
+}
+template<class T> QString toDisplayString(const SortedValueList<T> &v)
 {
     QStringList parts;
     for (const T &x : v)
         parts << QString::number(x);
     return QLatin1Char('{') + parts.join(QLatin1String(", ")) + QLatin1Char('}');
 }
-template<class T>
-QString toDisplayString(T *const &v)
+template<class T> QString toDisplayString(T *const &v)
 {
     return v ? QStringLiteral("<%1 %2>").arg(typeName(typeid(T))).arg(quintptr(v), 0, 16)
              : QStringLiteral("<null>");
@@ -70,11 +98,13 @@ auto toDisplayString(const T &) -> std::enable_if_t<!std::is_pointer<T>::value, 
     return QLatin1Char('<') + typeName(typeid(T)) + QLatin1Char('>');
 }
 
-template<class T>
-bool equals(const T &a, const T &b)
+template<class T> bool equals(const T &a, const T &b)
 {
     return a == b;
 }
-inline bool equals(const QPixmap &a, const QPixmap &b) { return a.cacheKey() == b.cacheKey(); }
+inline bool equals(const QPixmap &a, const QPixmap &b)
+{
+    return a.cacheKey() == b.cacheKey();
+}
 
 } // namespace Bnd_ValueTraits

@@ -29,12 +29,15 @@ public:
 };
 
 /// The typed payload of a variant.
-template<class T>
-class Holder final : public HolderBase
+template<class T> class Holder final : public HolderBase
 {
 public:
-    explicit Holder(const T &v) : value(v) { }
-    explicit Holder(T &&v) : value(std::move(v)) { }
+    explicit Holder(const T &v)
+        : value(v)
+    { }
+    explicit Holder(T &&v)
+        : value(std::move(v))
+    { }
     HolderBase *clone() const override { return new Holder(value); }
     const std::type_info &type() const override { return typeid(T); }
     QString toString() const override { return Bnd_ValueTraits::toDisplayString(value); }
@@ -56,13 +59,13 @@ class BNDCORE_EXPORT Bnd_Variant
 {
 public:
     Bnd_Variant() = default;
-    template<class T, class = std::enable_if_t<!std::is_same<std::decay_t<T>, Bnd_Variant>::value
-                                              && !std::is_same<std::decay_t<T>, const char *>::value
-                                              && !std::is_same<std::decay_t<T>, char *>::value>>
+    template<class T,
+             class = std::enable_if_t<!std::is_same<std::decay_t<T>, Bnd_Variant>::value
+                                      && !std::is_same<std::decay_t<T>, const char *>::value
+                                      && !std::is_same<std::decay_t<T>, char *>::value>>
     Bnd_Variant(T &&iValue) // NOLINT: implicit on purpose, a variant stands in for its value
         : mHolder(new Bnd_VariantImpl::Holder<std::decay_t<T>>(std::forward<T>(iValue)))
-    {
-    }
+    { }
     Bnd_Variant(const char *iText);
     Bnd_Variant(const Bnd_Variant &o);
     Bnd_Variant(Bnd_Variant &&o) noexcept = default;
@@ -77,15 +80,13 @@ public:
     void clear() { mHolder.reset(); }
 
     /// The held value if it is a T, else null. Never throws.
-    template<class T>
-    const T *get() const
+    template<class T> const T *get() const
     {
         return mHolder && mHolder->type() == typeid(T)
             ? &static_cast<const Bnd_VariantImpl::Holder<T> *>(mHolder.get())->value
             : nullptr;
     }
-    template<class T>
-    T *get()
+    template<class T> T *get()
     {
         return mHolder && mHolder->type() == typeid(T)
             ? &static_cast<Bnd_VariantImpl::Holder<T> *>(mHolder.get())->value
@@ -102,8 +103,7 @@ private:
 };
 
 /// The held value as a T; throws bad_Bnd_Variant_cast when the variant holds something else.
-template<class T>
-T bnd_variant_cast(const Bnd_Variant &iVariant)
+template<class T> T bnd_variant_cast(const Bnd_Variant &iVariant)
 {
     if (const T *p = iVariant.get<T>())
         return *p;

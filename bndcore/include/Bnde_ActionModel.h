@@ -46,14 +46,13 @@ namespace Bnd_ActionDetail {
 
 BNDCORE_EXPORT void reportArgumentMismatch(const QString &iModelName, int iExpected, int iGiven);
 
-template<class Signature>
-struct Invoker;
+template<class Signature> struct Invoker;
 
-template<class R>
-struct Invoker<R()>
+template<class R> struct Invoker<R()>
 {
     template<class F>
-    static int call(const F &f, const Bnd_ArgList &iArgs, Bnd_Variant *oResult, const QString &iName)
+    static int call(const F &f, const Bnd_ArgList &iArgs, Bnd_Variant *oResult,
+                    const QString &iName)
     {
         if (!iArgs.empty()) {
             reportArgumentMismatch(iName, 0, int(iArgs.size()));
@@ -62,8 +61,7 @@ struct Invoker<R()>
         store(f, oResult);
         return Bnd_Status::Ok;
     }
-    template<class F>
-    static void store(const F &f, Bnd_Variant *oResult)
+    template<class F> static void store(const F &f, Bnd_Variant *oResult)
     {
         if constexpr (std::is_void<R>::value) {
             f();
@@ -76,12 +74,12 @@ struct Invoker<R()>
     }
 };
 
-template<class R, class A>
-struct Invoker<R(A)>
+template<class R, class A> struct Invoker<R(A)>
 {
     typedef std::decay_t<A> Arg;
     template<class F>
-    static int call(const F &f, const Bnd_ArgList &iArgs, Bnd_Variant *oResult, const QString &iName)
+    static int call(const F &f, const Bnd_ArgList &iArgs, Bnd_Variant *oResult,
+                    const QString &iName)
     {
         const Arg *arg = iArgs.size() == 1 ? iArgs.front().get<Arg>() : nullptr;
         if (!arg) {
@@ -101,8 +99,7 @@ struct Invoker<R(A)>
 
 } // namespace Bnd_ActionDetail
 
-template<class TBndt_Action>
-class Bnde_ActionModelWithType;
+template<class TBndt_Action> class Bnde_ActionModelWithType;
 
 /// An action of a given signature (no argument or one argument; any result) that calls a
 /// function. An argument list that does not fit the signature answers Bnd_Status::WrongType.
@@ -115,11 +112,11 @@ class Bnde_ActionModelWithType<Bndt_Action<Signature>> : public Bnde_ActionModel
 public:
     typedef boost::function<Signature> Function;
 
-    explicit Bnde_ActionModelWithType(const QString &iName = QString(), const Function &iFunction = Function(),
-                                      bool iEnabled = true)
-        : Bnde_ActionModel(iName, iEnabled), mFunction(iFunction)
-    {
-    }
+    explicit Bnde_ActionModelWithType(const QString &iName = QString(),
+                                      const Function &iFunction = Function(), bool iEnabled = true)
+        : Bnde_ActionModel(iName, iEnabled)
+        , mFunction(iFunction)
+    { }
     void setFunction(const Function &iFunction) { mFunction = iFunction; }
 
 protected:
@@ -132,8 +129,8 @@ protected:
         }
         // Copy the function: the action may destroy this model.
         const Function f = mFunction;
-        iMsg.setStatus(Bnd_ActionDetail::Invoker<Signature>::call(f, action->arguments, action->result,
-                                                                  GetConnectionName()));
+        iMsg.setStatus(Bnd_ActionDetail::Invoker<Signature>::call(
+            f, action->arguments, action->result, GetConnectionName()));
     }
 
 private:
@@ -143,11 +140,11 @@ private:
 /// An action that calls a member function of an object.
 ///
 ///     Bnde_ActionModelPtmf<void(bool), Player> loop("Transport.loop", &player, &Player::setLoop);
-template<class Signature, class Class>
-class Bnde_ActionModelPtmf;
+template<class Signature, class Class> class Bnde_ActionModelPtmf;
 
 template<class R, class Class, class... Args>
-class Bnde_ActionModelPtmf<R(Args...), Class> : public Bnde_ActionModelWithType<Bndt_Action<R(Args...)>>
+class Bnde_ActionModelPtmf<R(Args...), Class>
+    : public Bnde_ActionModelWithType<Bndt_Action<R(Args...)>>
 {
 public:
     typedef R (Class::*Method)(Args...);
@@ -156,6 +153,5 @@ public:
         : Bnde_ActionModelWithType<Bndt_Action<R(Args...)>>(
             iName, [iObject, iMethod](Args... a) -> R { return (iObject->*iMethod)(a...); },
             iEnabled)
-    {
-    }
+    { }
 };

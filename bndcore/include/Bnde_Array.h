@@ -16,7 +16,8 @@
 namespace Bnd_ArrayDetail {
 /// Normalises a replaced range against the size; answers false when it is not a valid range.
 BNDCORE_EXPORT bool clampRange(long iSize, long &ioFirst, long &ioEnd);
-BNDCORE_EXPORT void reportBadIndex(const char *iOperation, const QString &iName, long iIndex, long iSize);
+BNDCORE_EXPORT void reportBadIndex(const char *iOperation, const QString &iName, long iIndex,
+                                   long iSize);
 } // namespace Bnd_ArrayDetail
 
 /// An array of values of type T.
@@ -25,15 +26,15 @@ BNDCORE_EXPORT void reportBadIndex(const char *iOperation, const QString &iName,
 /// carrying a simple-value message (typed or variant), and move elements (MsgMoveElement).
 /// Every change is announced as MsgElementsReplaced or MsgElementsMoved. A name with a
 /// subscript ("Clips.name[3]") gives a listener one element as if it were a simple value.
-template<class T>
-class Bnde_Array : public Bnd_ModelBase
+template<class T> class Bnde_Array : public Bnd_ModelBase
 {
 public:
     typedef T value_type;
     typedef Bndt_SimpleValue_API<T> API;
 
     explicit Bnde_Array(const QString &iName = QString(), std::vector<T> iValues = {})
-        : Bnd_ModelBase(Bndt_Array<T>::type()), mValues(std::move(iValues))
+        : Bnd_ModelBase(Bndt_Array<T>::type())
+        , mValues(std::move(iValues))
     {
         SetConnectionName(iName);
     }
@@ -57,7 +58,7 @@ public:
         notifyReplaced(i, i + 1, 1);
         return true;
     }
-    void insert(long i, const T &iValue) { replace(i, i, std::vector<T>{iValue}); }
+    void insert(long i, const T &iValue) { replace(i, i, std::vector<T> { iValue }); }
     void append(const T &iValue) { insert(size(), iValue); }
     void remove(long i, long iCount = 1) { replace(i, i + iCount, {}); }
     /// Replaces the elements [first, end) with the new ones.
@@ -81,9 +82,11 @@ public:
         if (iFrom == iTo)
             return true;
         if (iFrom < iTo)
-            std::rotate(mValues.begin() + iFrom, mValues.begin() + iFrom + 1, mValues.begin() + iTo + 1);
+            std::rotate(mValues.begin() + iFrom, mValues.begin() + iFrom + 1,
+                        mValues.begin() + iTo + 1);
         else
-            std::rotate(mValues.begin() + iTo, mValues.begin() + iFrom, mValues.begin() + iFrom + 1);
+            std::rotate(mValues.begin() + iTo, mValues.begin() + iFrom,
+                        mValues.begin() + iFrom + 1);
         SendToListeners(Bndt_Array_Notifications::MsgElementsMoved(iFrom, iTo));
         return true;
     }
@@ -99,7 +102,8 @@ public:
 protected:
     void notifyReplaced(long iFirst, long iEnd, long iCount)
     {
-        SendToListeners(Bndt_Array_Notifications::MsgElementsReplaced(iFirst, iEnd, iCount, size()));
+        SendToListeners(
+            Bndt_Array_Notifications::MsgElementsReplaced(iFirst, iEnd, iCount, size()));
     }
 
     void handleMessage(const Bnd_MessageInterface &iMsg) override
@@ -120,7 +124,8 @@ protected:
     }
 
 private:
-    void handleElementMessage(const Bnd_MessageInterface &iMsg, long i, const Bnd_MessageInterface &iInner)
+    void handleElementMessage(const Bnd_MessageInterface &iMsg, long i,
+                              const Bnd_MessageInterface &iInner)
     {
         iInner.setStatus(Bnd_Status::Ok);
         if (const auto *ro = iInner.as<Bndt_SimpleValue_BaseAPI::MsgIsReadOnly>()) {
@@ -145,10 +150,10 @@ private:
             if (const T *v = setVariant->value.template get<T>()) {
                 setFromMessage(iMsg, i, *v);
             } else {
-                Kib_Assert::handleFailedAssert(
-                    "0 && \"Bnde_Array<T>::handleMsgSetVariant - Value for variant set operation is "
-                    "of wrong type!\"",
-                    "bndcore/Bnde_Array", __LINE__);
+                Kib_Assert::handleFailedAssert("0 && \"Bnde_Array<T>::handleMsgSetVariant - Value "
+                                               "for variant set operation is "
+                                               "of wrong type!\"",
+                                               "bndcore/Bnde_Array", __LINE__);
                 iMsg.setStatus(Bnd_Status::WrongType);
             }
         } else {
@@ -172,7 +177,8 @@ private:
 
 /// An array of commands: element i is performed by calling the action function with i.
 ///
-///     Bnde_ActionArray hide("Columns.hideColumn", 5, [&](long i, const Bnd_ArgList &, Bnd_Variant *) {
+///     Bnde_ActionArray hide("Columns.hideColumn", 5, [&](long i, const Bnd_ArgList &, Bnd_Variant
+///     *) {
 ///         hideColumn(i); });
 class BNDCORE_EXPORT Bnde_ActionArray : public Bnd_ModelBase
 {

@@ -27,10 +27,10 @@ public:
     ~Bnde_Container() override;
 
     /// Makes a child of type M from the arguments that follow the name, and answers it.
-    template<class M, class... Args>
-    M *add(const QString &iChildName, Args &&...iArgs)
+    template<class M, class... Args> M *add(const QString &iChildName, Args &&...iArgs)
     {
-        auto child = std::make_unique<M>(childConnectionName(iChildName), std::forward<Args>(iArgs)...);
+        auto child
+            = std::make_unique<M>(childConnectionName(iChildName), std::forward<Args>(iArgs)...);
         M *raw = child.get();
         return addChild(iChildName, std::move(child)) ? raw : nullptr;
     }

@@ -9,8 +9,8 @@
 ///
 /// A host publishes one in two lines:
 ///
-///     Bnde_SimpleValue<QString> title(QStringLiteral("Project.Title"), QStringLiteral("Untitled"));
-///     title.Publish();
+///     Bnde_SimpleValue<QString> title(QStringLiteral("Project.Title"),
+///     QStringLiteral("Untitled")); title.Publish();
 ///
 /// Listeners read it with MsgGet or MsgGetVariant and write it with MsgSet or MsgSetVariant;
 /// every set message notifies MsgValueChanged. While the model is read-only a set answers
@@ -24,7 +24,8 @@ public:
     typedef Bndt_SimpleValue_API<T> API;
 
     explicit Bnde_SimpleValue(const QString &iName = QString(), const T &iValue = T())
-        : Bnd_ModelBase(TBndt_Type::type()), mValue(iValue)
+        : Bnd_ModelBase(TBndt_Type::type())
+        , mValue(iValue)
     {
         SetConnectionName(iName);
     }
@@ -43,7 +44,10 @@ public:
     /// Stores the value without telling anyone: for cursor-like models that a painter moves
     /// many times a second (a list's current-row model), whose listeners read on demand.
     void setValueQuietly(const T &iValue) { mValue = iValue; }
-    void notifyValueChanged() { SendToListeners(Bndt_SimpleValue_Notifications::MsgValueChanged()); }
+    void notifyValueChanged()
+    {
+        SendToListeners(Bndt_SimpleValue_Notifications::MsgValueChanged());
+    }
 
     QString describeValue() const override { return Bnd_ValueTraits::toDisplayString(mValue); }
 
@@ -80,7 +84,8 @@ private:
             value = bnd_variant_cast<T>(iMsg.value);
         } catch (const bad_Bnd_Variant_cast &) {
             Kib_Assert::handleFailedAssert(
-                "0 && \"Bnde_SimpleValue<T,TBndt_Type>::handleMsgSetVariant - Value for variant set "
+                "0 && \"Bnde_SimpleValue<T,TBndt_Type>::handleMsgSetVariant - Value for variant "
+                "set "
                 "operation is of wrong type!\"",
                 "coresw/UIF/Bnd/Bnde_SimpleValue", 271);
             iMsg.setStatus(Bnd_Status::WrongType);
@@ -103,5 +108,4 @@ private:
 };
 
 /// A row index model: a long where -1 means "no row".
-template<class T>
-using Bnde_Index = Bnde_SimpleValue<T, Bndt_Index<T>>;
+template<class T> using Bnde_Index = Bnde_SimpleValue<T, Bndt_Index<T>>;

@@ -12,9 +12,10 @@ struct Bndt_Action_API
     public:
         BND_MESSAGE_IDENTITY(Bnd_Api::Action, 0)
         MsgAction(Bnd_Variant *oResult, const Bnd_ArgList &iArguments)
-            : Bnd_MessageInterface(StaticApi, StaticID()), result(oResult), arguments(iArguments)
-        {
-        }
+            : Bnd_MessageInterface(StaticApi, StaticID())
+            , result(oResult)
+            , arguments(iArguments)
+        { }
         Bnd_Variant *result;
         const Bnd_ArgList &arguments;
     };
@@ -24,9 +25,9 @@ struct Bndt_Action_API
     public:
         BND_MESSAGE_IDENTITY(Bnd_Api::Action, 1)
         explicit MsgIsEnabled(bool *oEnabled)
-            : Bnd_MessageInterface(StaticApi, StaticID()), enabled(oEnabled)
-        {
-        }
+            : Bnd_MessageInterface(StaticApi, StaticID())
+            , enabled(oEnabled)
+        { }
         bool *enabled;
     };
 };
@@ -38,6 +39,8 @@ struct Bndt_Action_Notifications
     {
     public:
         BND_MESSAGE_IDENTITY(Bnd_Api::ActionNotify, 0)
-        MsgEnabledChanged() : Bnd_MessageInterface(StaticApi, StaticID()) { }
+        MsgEnabledChanged()
+            : Bnd_MessageInterface(StaticApi, StaticID())
+        { }
     };
 };

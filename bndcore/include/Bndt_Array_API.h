@@ -9,9 +9,10 @@ struct Bndt_Array_API
     {
     public:
         BND_MESSAGE_IDENTITY(Bnd_Api::Array, 0)
-        explicit MsgGetSize(long *oSize) : Bnd_MessageInterface(StaticApi, StaticID()), size(oSize)
-        {
-        }
+        explicit MsgGetSize(long *oSize)
+            : Bnd_MessageInterface(StaticApi, StaticID())
+            , size(oSize)
+        { }
         long *size;
     };
 
@@ -22,9 +23,10 @@ struct Bndt_Array_API
     public:
         BND_MESSAGE_IDENTITY(Bnd_Api::Array, 1)
         MsgWithIndex(long iIndex, const Bnd_MessageInterface &iInner)
-            : Bnd_MessageInterface(StaticApi, StaticID()), index(iIndex), inner(iInner)
-        {
-        }
+            : Bnd_MessageInterface(StaticApi, StaticID())
+            , index(iIndex)
+            , inner(iInner)
+        { }
         long index;
         const Bnd_MessageInterface &inner;
     };
@@ -35,9 +37,10 @@ struct Bndt_Array_API
     public:
         BND_MESSAGE_IDENTITY(Bnd_Api::Array, 2)
         MsgMoveElement(long iFrom, long iTo)
-            : Bnd_MessageInterface(StaticApi, StaticID()), from(iFrom), to(iTo)
-        {
-        }
+            : Bnd_MessageInterface(StaticApi, StaticID())
+            , from(iFrom)
+            , to(iTo)
+        { }
         long from;
         long to;
     };
@@ -58,8 +61,7 @@ struct Bndt_Array_Notifications
             , end(iEnd)
             , count(iCount)
             , newSize(iNewSize)
-        {
-        }
+        { }
         long first;
         long end;
         long count;
@@ -72,9 +74,10 @@ struct Bndt_Array_Notifications
     public:
         BND_MESSAGE_IDENTITY(Bnd_Api::ArrayNotify, 1)
         MsgElementsMoved(long iFrom, long iTo)
-            : Bnd_MessageInterface(StaticApi, StaticID()), from(iFrom), to(iTo)
-        {
-        }
+            : Bnd_MessageInterface(StaticApi, StaticID())
+            , from(iFrom)
+            , to(iTo)
+        { }
         long from;
         long to;
     };

@@ -11,9 +11,9 @@ struct Bndt_Root_Notifications
     public:
         BND_MESSAGE_IDENTITY(Bnd_Api::Root, 0)
         explicit MsgConnectedChanged(bool iConnected)
-            : Bnd_MessageInterface(StaticApi, StaticID()), connected(iConnected)
-        {
-        }
+            : Bnd_MessageInterface(StaticApi, StaticID())
+            , connected(iConnected)
+        { }
         bool connected;
     };
 };

@@ -12,9 +12,9 @@ struct Bndt_SimpleValue_BaseAPI
     public:
         BND_MESSAGE_IDENTITY(Bnd_Api::SimpleValue, 0)
         explicit MsgGetVariant(Bnd_Variant *oValue)
-            : Bnd_MessageInterface(StaticApi, StaticID()), value(oValue)
-        {
-        }
+            : Bnd_MessageInterface(StaticApi, StaticID())
+            , value(oValue)
+        { }
         Bnd_Variant *value;
     };
 
@@ -24,9 +24,9 @@ struct Bndt_SimpleValue_BaseAPI
     public:
         BND_MESSAGE_IDENTITY(Bnd_Api::SimpleValue, 1)
         explicit MsgSetVariant(Bnd_Variant iValue)
-            : Bnd_MessageInterface(StaticApi, StaticID()), value(std::move(iValue))
-        {
-        }
+            : Bnd_MessageInterface(StaticApi, StaticID())
+            , value(std::move(iValue))
+        { }
         Bnd_Variant value;
     };
 
@@ -36,16 +36,15 @@ struct Bndt_SimpleValue_BaseAPI
     public:
         BND_MESSAGE_IDENTITY(Bnd_Api::SimpleValue, 2)
         explicit MsgIsReadOnly(bool *oReadOnly)
-            : Bnd_MessageInterface(StaticApi, StaticID()), readOnly(oReadOnly)
-        {
-        }
+            : Bnd_MessageInterface(StaticApi, StaticID())
+            , readOnly(oReadOnly)
+        { }
         bool *readOnly;
     };
 };
 
 /// The typed messages of a simple value of type T.
-template<class T>
-struct Bndt_SimpleValue_API : Bndt_SimpleValue_BaseAPI
+template<class T> struct Bndt_SimpleValue_API : Bndt_SimpleValue_BaseAPI
 {
     class MsgGet : public Bnd_MessageInterface
     {
@@ -54,9 +53,9 @@ struct Bndt_SimpleValue_API : Bndt_SimpleValue_BaseAPI
         static constexpr int StaticID() { return 3; }
         static const std::type_info *StaticValueType() { return &typeid(T); }
         explicit MsgGet(T *oValue)
-            : Bnd_MessageInterface(StaticApi, StaticID(), StaticValueType()), value(oValue)
-        {
-        }
+            : Bnd_MessageInterface(StaticApi, StaticID(), StaticValueType())
+            , value(oValue)
+        { }
         T *value;
     };
 
@@ -68,9 +67,9 @@ struct Bndt_SimpleValue_API : Bndt_SimpleValue_BaseAPI
         static constexpr int StaticID() { return 4; }
         static const std::type_info *StaticValueType() { return &typeid(T); }
         explicit MsgSet(const T &iValue)
-            : Bnd_MessageInterface(StaticApi, StaticID(), StaticValueType()), value(iValue)
-        {
-        }
+            : Bnd_MessageInterface(StaticApi, StaticID(), StaticValueType())
+            , value(iValue)
+        { }
         const T &value;
     };
 };
@@ -82,7 +81,9 @@ struct Bndt_SimpleValue_Notifications
     {
     public:
         BND_MESSAGE_IDENTITY(Bnd_Api::SimpleValueNotify, 0)
-        MsgValueChanged() : Bnd_MessageInterface(StaticApi, StaticID()) { }
+        MsgValueChanged()
+            : Bnd_MessageInterface(StaticApi, StaticID())
+        { }
     };
 
     class MsgReadOnlyChanged : public Bnd_MessageInterface
@@ -90,9 +91,9 @@ struct Bndt_SimpleValue_Notifications
     public:
         BND_MESSAGE_IDENTITY(Bnd_Api::SimpleValueNotify, 1)
         explicit MsgReadOnlyChanged(bool iReadOnly)
-            : Bnd_MessageInterface(StaticApi, StaticID()), readOnly(iReadOnly)
-        {
-        }
+            : Bnd_MessageInterface(StaticApi, StaticID())
+            , readOnly(iReadOnly)
+        { }
         bool readOnly;
     };
 };

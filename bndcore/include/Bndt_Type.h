@@ -77,8 +77,7 @@ public:
 // Bnd_ConnectionToModel<Tag>, Bnd_ConnectionToListener<Tag>) and give its description.
 
 /// One value of type T.
-template<class T>
-struct Bndt_SimpleValue
+template<class T> struct Bndt_SimpleValue
 {
     typedef T value_type;
     static const Bndt_Type &type()
@@ -89,14 +88,12 @@ struct Bndt_SimpleValue
 };
 
 /// A row index: a value of type T (normally long) where -1 means "no row".
-template<class T>
-struct Bndt_Index : Bndt_SimpleValue<T>
+template<class T> struct Bndt_Index : Bndt_SimpleValue<T>
 {
 };
 
 /// A command taking the arguments of the signature (at most one) and returning its result.
-template<class Signature>
-struct Bndt_Action
+template<class Signature> struct Bndt_Action
 {
     typedef Signature signature_type;
     static const Bndt_Type &type()
@@ -107,8 +104,7 @@ struct Bndt_Action
 };
 
 /// An array of values of type T.
-template<class T>
-struct Bndt_Array
+template<class T> struct Bndt_Array
 {
     typedef T value_type;
     static const Bndt_Type &type()
@@ -119,8 +115,7 @@ struct Bndt_Array
 };
 
 /// An array of commands.
-template<class Signature>
-struct Bndt_Array<Bndt_Action<Signature>>
+template<class Signature> struct Bndt_Array<Bndt_Action<Signature>>
 {
     typedef Bndt_Action<Signature> value_type;
     static const Bndt_Type &type()

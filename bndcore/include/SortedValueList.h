@@ -6,8 +6,7 @@
 
 /// An ordered set of values (typically row indices) kept in a sorted vector:
 /// lookups are binary searches and iteration is in ascending order.
-template<class T>
-class SortedValueList
+template<class T> class SortedValueList
 {
 public:
     typedef typename std::vector<T>::const_iterator const_iterator;

@@ -105,7 +105,10 @@ void Bnd_ArrayElementModel::sourceGone()
     detachAllListeners();
 }
 
-Bnd_ArrayElementModel::Watch::~Watch() { detach(); }
+Bnd_ArrayElementModel::Watch::~Watch()
+{
+    detach();
+}
 
 void Bnd_ArrayElementModel::Watch::attach(Bnd_ModelInterface *iModel)
 {
@@ -121,7 +124,10 @@ void Bnd_ArrayElementModel::Watch::detach()
     }
 }
 
-const Bndt_Type &Bnd_ArrayElementModel::Watch::getListenerType() const { return Bndt_Type::any(); }
+const Bndt_Type &Bnd_ArrayElementModel::Watch::getListenerType() const
+{
+    return Bndt_Type::any();
+}
 
 void Bnd_ArrayElementModel::Watch::listenerInterface_detachModel()
 {
@@ -129,7 +135,8 @@ void Bnd_ArrayElementModel::Watch::listenerInterface_detachModel()
     mOwner->sourceGone(); // may delete the owner and this watch: nothing may follow
 }
 
-void Bnd_ArrayElementModel::Watch::listenerInterface_receiveMessage(const Bnd_MessageInterface &iMsg)
+void Bnd_ArrayElementModel::Watch::listenerInterface_receiveMessage(
+    const Bnd_MessageInterface &iMsg)
 {
     if (mIsIndex)
         mOwner->indexChanged(iMsg);

@@ -30,7 +30,10 @@ private:
     class Watch : public Bnd_ListenerInterface
     {
     public:
-        Watch(Bnd_ArrayElementModel *iOwner, bool iIsIndex) : mOwner(iOwner), mIsIndex(iIsIndex) { }
+        Watch(Bnd_ArrayElementModel *iOwner, bool iIsIndex)
+            : mOwner(iOwner)
+            , mIsIndex(iIsIndex)
+        { }
         ~Watch() override;
         void attach(Bnd_ModelInterface *iModel);
         void detach();
@@ -51,8 +54,8 @@ private:
     void notifyElementChanged();
     void sourceGone();
 
-    Watch mArrayWatch{this, false};
-    Watch mIndexWatch{this, true};
+    Watch mArrayWatch { this, false };
+    Watch mIndexWatch { this, true };
     long mIndex;
     bool mActions;
 };

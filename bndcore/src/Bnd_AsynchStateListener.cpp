@@ -1,7 +1,7 @@
 #include "Bnd_AsynchStateListener.h"
 
-#include "Bnd_Private.h"
 #include "Bnd_ConnectionDict.h"
+#include "Bnd_Private.h"
 #include "Bnd_Utils.h"
 #include "Bnde_SimpleValue.h"
 #include "Bndt_Root_Notifications.h"
@@ -15,7 +15,8 @@ namespace {
 void ensureSharedCount(const QString &iName)
 {
     static auto *counts = new QHash<QString, Bnde_SimpleValue<long> *>;
-    if (iName.isEmpty() || Bnd_ConnectionDict::Singleton().findModel(iName) || counts->contains(iName))
+    if (iName.isEmpty() || Bnd_ConnectionDict::Singleton().findModel(iName)
+        || counts->contains(iName))
         return;
     auto *count = new Bnde_SimpleValue<long>(iName, 0);
     count->Publish();
@@ -23,7 +24,8 @@ void ensureSharedCount(const QString &iName)
 }
 } // namespace
 
-Bnd_AsynchStateListener::Bnd_AsynchStateListener(const QString &iStateName, const QString &iOwnerName)
+Bnd_AsynchStateListener::Bnd_AsynchStateListener(const QString &iStateName,
+                                                 const QString &iOwnerName)
 {
     mCount.setReceiveMessageCB([this](const Bnd_MessageInterface &m) { receive(m); });
     init(iStateName, iOwnerName, QString());
@@ -66,13 +68,17 @@ void Bnd_AsynchStateListener::releaseAsynchStateRef()
     change(-1);
 }
 
-long Bnd_AsynchStateListener::refCount() const { return mCount.getValue(0); }
+long Bnd_AsynchStateListener::refCount() const
+{
+    return mCount.getValue(0);
+}
 
 void Bnd_AsynchStateListener::change(long iDelta)
 {
     if (!mCount.isConnectedToModel()) {
-        qCWarning(lcBnd).noquote().nospace() << "Bnd_AsynchStateListener, '" << mOwnerName
-                                             << "' cannot reach the busy state '" << mStateName << "'";
+        qCWarning(lcBnd).noquote().nospace()
+            << "Bnd_AsynchStateListener, '" << mOwnerName << "' cannot reach the busy state '"
+            << mStateName << "'";
         return;
     }
     mCount.setValue(std::max(0L, refCount() + iDelta));

@@ -45,9 +45,8 @@ bool Bnd_ConnectionDict::publishModel(const QString &iName, Bnd_ModelInterface *
     if (it != mModels.end()) {
         if (it.value() == iModel)
             return true;
-        qCWarning(lcBnd).noquote().nospace()
-            << "Bnd_ConnectionDict::publishModel, the name '" << iName
-            << "' is already published by another model";
+        qCWarning(lcBnd).noquote().nospace() << "Bnd_ConnectionDict::publishModel, the name '"
+                                             << iName << "' is already published by another model";
         return false;
     }
     mModels.insert(iName, iModel);
@@ -90,8 +89,8 @@ Bnd_ConnectionServiceInterface::Resolution Bnd_ConnectionDict::resolve(const QSt
 
     const QString arrayName = iName.left(open);
     const QString subscript = iName.mid(open + 1, iName.size() - open - 2).trimmed();
-    if (!iName.endsWith(QLatin1Char(']')) || subscript.isEmpty() || subscript.contains(QLatin1Char('['))
-        || subscript.contains(QLatin1Char(']'))) {
+    if (!iName.endsWith(QLatin1Char(']')) || subscript.isEmpty()
+        || subscript.contains(QLatin1Char('[')) || subscript.contains(QLatin1Char(']'))) {
         qCWarning(lcBnd).noquote().nospace()
             << "Bnd_ConnectionDict::resolve, '" << iName
             << "' is not of the form Array[index] or Array[IndexModel]";
@@ -103,8 +102,8 @@ Bnd_ConnectionServiceInterface::Resolution Bnd_ConnectionDict::resolve(const QSt
     const Bndt_Type::Kind kind = array ? array->getModelType().kind() : Bndt_Type::Any;
     if (!array || (kind != Bndt_Type::Array && kind != Bndt_Type::ActionArray)) {
         if (array)
-            qCWarning(lcBnd).noquote().nospace() << "Bnd_ConnectionDict::resolve, '" << arrayName
-                                                 << "' is not an array";
+            qCWarning(lcBnd).noquote().nospace()
+                << "Bnd_ConnectionDict::resolve, '" << arrayName << "' is not an array";
         r.waitKey = rootOf(arrayName);
         return r;
     }
@@ -122,8 +121,8 @@ Bnd_ConnectionServiceInterface::Resolution Bnd_ConnectionDict::resolve(const QSt
         const Bndt_Type &t = indexModel->getModelType();
         if (t.kind() != Bndt_Type::Atomic || *t.valueType() != typeid(long)) {
             qCWarning(lcBnd).noquote().nospace()
-                << "Bnd_ConnectionDict::resolve, the index model '" << subscript
-                << "' holds " << t.describe() << ", not long";
+                << "Bnd_ConnectionDict::resolve, the index model '" << subscript << "' holds "
+                << t.describe() << ", not long";
             r.waitKey = rootOf(subscript);
             return r;
         }
@@ -147,7 +146,8 @@ void Bnd_ConnectionDict::removeWaitingListener(Bnd_ListenerBase *iListener, cons
 {
     if (iListener->mInRetryBatch) {
         for (auto *batch : mRetrying)
-            std::replace(batch->begin(), batch->end(), iListener, static_cast<Bnd_ListenerBase *>(nullptr));
+            std::replace(batch->begin(), batch->end(), iListener,
+                         static_cast<Bnd_ListenerBase *>(nullptr));
         iListener->mInRetryBatch = false;
     }
     if (iListener->mWaitSlot < 0)

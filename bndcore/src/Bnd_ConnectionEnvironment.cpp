@@ -3,8 +3,14 @@
 #include "Bnd_ConnectionDict.h"
 
 namespace {
-bool isNameStart(QChar c) { return c.isLetter() || c == QLatin1Char('_'); }
-bool isNameChar(QChar c) { return c.isLetterOrNumber() || c == QLatin1Char('_'); }
+bool isNameStart(QChar c)
+{
+    return c.isLetter() || c == QLatin1Char('_');
+}
+bool isNameChar(QChar c)
+{
+    return c.isLetterOrNumber() || c == QLatin1Char('_');
+}
 
 // Where the variable reference starting with the "$" at iPos ends, or -1 if that "$" is text.
 int variableEnd(const QString &iText, int iPos)
@@ -25,8 +31,7 @@ Bnd_ConnectionEnvironment::Bnd_ConnectionEnvironment(const Bnd_ConnectionEnviron
     : mParent(iParent)
     , mService(iService ? iService
                         : (iParent ? iParent->service() : &Bnd_ConnectionDict::Singleton()))
-{
-}
+{ }
 
 Bnd_ConnectionEnvironment::~Bnd_ConnectionEnvironment() = default;
 
@@ -84,7 +89,10 @@ QString Bnd_ConnectionEnvironment::get(const QString &iName) const
     return v ? *v : QString();
 }
 
-bool Bnd_ConnectionEnvironment::isBound(const QString &iName) const { return find(iName); }
+bool Bnd_ConnectionEnvironment::isBound(const QString &iName) const
+{
+    return find(iName);
+}
 
 bool Bnd_ConnectionEnvironment::needsEnvironment(const QString &iName)
 {

@@ -52,7 +52,8 @@ bool Bnd_ListenerBase::connect(const EnvPtr &iEnv)
     } else if (ok) {
         const QString trimmed = mName.trimmed();
         resolved = env->replaceVariableNames(
-            trimmed.startsWith(QLatin1Char('.')) ? QStringLiteral("$Base") + trimmed : trimmed, &ok);
+            trimmed.startsWith(QLatin1Char('.')) ? QStringLiteral("$Base") + trimmed : trimmed,
+            &ok);
     }
 
     if (ok && resolved == mResolvedName && mService == env->service()
@@ -137,16 +138,19 @@ void Bnd_ListenerBase::notifyConnected(bool iConnected)
     mCallback.call(Bndt_Root_Notifications::MsgConnectedChanged(iConnected));
 }
 
-bool Bnd_ListenerBase::SendMessageToModel(const Bnd_MessageInterface &iMsg, bool iEchoToSender) const
+bool Bnd_ListenerBase::SendMessageToModel(const Bnd_MessageInterface &iMsg,
+                                          bool iEchoToSender) const
 {
     Bnd_ModelInterface *model = mModel;
     if (!model) {
         iMsg.setStatus(Bnd_Status::NotConnected);
         return false;
     }
-    Bnd_Private::EchoScope scope(
-        iEchoToSender ? nullptr : const_cast<Bnd_ListenerBase *>(this));
+    Bnd_Private::EchoScope scope(iEchoToSender ? nullptr : const_cast<Bnd_ListenerBase *>(this));
     return model->modelInterface_receiveMessage(iMsg);
 }
 
-void Bnd_ListenerBase::receive(const Bnd_MessageInterface &iMsg) { mCallback.call(iMsg); }
+void Bnd_ListenerBase::receive(const Bnd_MessageInterface &iMsg)
+{
+    mCallback.call(iMsg);
+}

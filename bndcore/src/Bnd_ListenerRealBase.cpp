@@ -2,9 +2,14 @@
 
 #include "Bnd_ModelInterface.h"
 
-Bnd_ListenerRealBase::Bnd_ListenerRealBase(const Bndt_Type &iType) : mType(&iType) { }
+Bnd_ListenerRealBase::Bnd_ListenerRealBase(const Bndt_Type &iType)
+    : mType(&iType)
+{ }
 
-Bnd_ListenerRealBase::~Bnd_ListenerRealBase() { releaseModel(); }
+Bnd_ListenerRealBase::~Bnd_ListenerRealBase()
+{
+    releaseModel();
+}
 
 void Bnd_ListenerRealBase::releaseModel()
 {

@@ -6,7 +6,9 @@
 #include "Bnd_Private.h"
 #include "Bndt_SimpleValue_API.h"
 
-Bnd_ModelBase::Bnd_ModelBase(const Bndt_Type &iType) : mType(&iType) { }
+Bnd_ModelBase::Bnd_ModelBase(const Bndt_Type &iType)
+    : mType(&iType)
+{ }
 
 Bnd_ModelBase::~Bnd_ModelBase()
 {
@@ -28,9 +30,15 @@ Bnd_ModelBase::~Bnd_ModelBase()
     }
 }
 
-void Bnd_ModelBase::SetConnectionName(const QString &iName) { mName = iName; }
+void Bnd_ModelBase::SetConnectionName(const QString &iName)
+{
+    mName = iName;
+}
 
-bool Bnd_ModelBase::Publish() { return Publish(&Bnd_ConnectionDict::Singleton()); }
+bool Bnd_ModelBase::Publish()
+{
+    return Publish(&Bnd_ConnectionDict::Singleton());
+}
 
 bool Bnd_ModelBase::Publish(Bnd_ConnectionDict *iDict)
 {
@@ -50,7 +58,8 @@ bool Bnd_ModelBase::Publish(Bnd_ConnectionDict *iDict)
 
 bool Bnd_ModelBase::publish(const Bnd_ConnectionEnvironmentPtr &iEnv)
 {
-    const Bnd_ConnectionEnvironmentPtr env = iEnv ? iEnv : Bnd_ConnectionEnvironment::blankEnvironment();
+    const Bnd_ConnectionEnvironmentPtr env
+        = iEnv ? iEnv : Bnd_ConnectionEnvironment::blankEnvironment();
     bool allBound = true;
     const QString name = env->replaceVariableNames(mName, &allBound);
     if (!allBound || name.isEmpty()) {
@@ -81,7 +90,7 @@ void Bnd_ModelBase::UnPublish()
 
 void Bnd_ModelBase::detachAllListeners()
 {
-    Frame frame{mFrames, false};
+    Frame frame { mFrames, false };
     mFrames = &frame;
     const size_t n = mListeners.size();
     for (size_t i = 0; i < n && i < mListeners.size(); ++i) {
@@ -102,7 +111,7 @@ void Bnd_ModelBase::detachAllListeners()
 
 void Bnd_ModelBase::SendToListeners(const Bnd_MessageInterface &iMsg)
 {
-    Frame frame{mFrames, false};
+    Frame frame { mFrames, false };
     mFrames = &frame;
     Bnd_ListenerInterface *const exclude = Bnd_Private::gEchoExclude;
     const size_t n = mListeners.size(); // listeners attached meanwhile wait for the next one
@@ -131,7 +140,10 @@ void Bnd_ModelBase::compact()
     mListeners.resize(out);
 }
 
-void Bnd_ModelBase::setReceiveMessageCB(const ReceiveCallback &iCallback) { mCallback.set(iCallback); }
+void Bnd_ModelBase::setReceiveMessageCB(const ReceiveCallback &iCallback)
+{
+    mCallback.set(iCallback);
+}
 
 void Bnd_ModelBase::SetReadOnly(bool iReadOnly)
 {
@@ -141,7 +153,10 @@ void Bnd_ModelBase::SetReadOnly(bool iReadOnly)
     SendToListeners(Bndt_SimpleValue_Notifications::MsgReadOnlyChanged(iReadOnly));
 }
 
-QString Bnd_ModelBase::describeValue() const { return QString(); }
+QString Bnd_ModelBase::describeValue() const
+{
+    return QString();
+}
 
 void Bnd_ModelBase::modelInterface_attachListener(Bnd_ListenerInterface *iListener)
 {

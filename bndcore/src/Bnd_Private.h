@@ -18,7 +18,8 @@ extern Bnd_ListenerInterface *gEchoExclude;
 class EchoScope
 {
 public:
-    explicit EchoScope(Bnd_ListenerInterface *iExclude) : mSaved(gEchoExclude)
+    explicit EchoScope(Bnd_ListenerInterface *iExclude)
+        : mSaved(gEchoExclude)
     {
         gEchoExclude = iExclude;
     }

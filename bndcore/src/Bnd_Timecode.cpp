@@ -2,13 +2,19 @@
 
 Bnd_Timecode::Bnd_Timecode(qint16 iHours, qint16 iMinutes, qint16 iSeconds, qint16 iFrames,
                            bool iDropFrame)
-    : frames(iFrames), seconds(iSeconds), minutes(iMinutes), hours(iHours), dropFrame(iDropFrame)
-{
-}
+    : frames(iFrames)
+    , seconds(iSeconds)
+    , minutes(iMinutes)
+    , hours(iHours)
+    , dropFrame(iDropFrame)
+{ }
 
 namespace {
 // Frames dropped at the start of each minute that is not a multiple of ten.
-int droppedPerMinute(int iFps) { return iFps >= 60 ? 4 : 2; }
+int droppedPerMinute(int iFps)
+{
+    return iFps >= 60 ? 4 : 2;
+}
 } // namespace
 
 Bnd_Timecode Bnd_Timecode::fromFrameCount(long iFrames, int iFps, bool iDropFrame)
@@ -49,7 +55,9 @@ long Bnd_Timecode::toFrameCount(int iFps) const
 QString Bnd_Timecode::toString(bool iShowFrames) const
 {
     const QChar sep = isDropFrame() ? QLatin1Char(';') : QLatin1Char(':');
-    auto two = [](int v) { return QStringLiteral("%1").arg(v, 2, 10, QLatin1Char('0')); };
+    auto two = [](int v) {
+        return QStringLiteral("%1").arg(v, 2, 10, QLatin1Char('0'));
+    };
     QString s = two(hours) + sep + two(minutes) + sep + two(seconds);
     if (iShowFrames)
         s += sep + two(frames);

@@ -53,25 +53,34 @@ QString Bnd_Utils::Bnd_UniqueConnString(QString iBase)
     return name;
 }
 
-bool Bnd_Utils::Bnd_AddDelayedAction(const Bnd_ConnectionEnvironmentPtr &iEnv, const QString &iScript)
+bool Bnd_Utils::Bnd_AddDelayedAction(const Bnd_ConnectionEnvironmentPtr &iEnv,
+                                     const QString &iScript)
 {
     QCoreApplication *app = QCoreApplication::instance();
     if (!runner() || !app)
         return false;
-    const Bnd_ConnectionEnvironmentPtr env = iEnv ? iEnv : Bnd_ConnectionEnvironment::blankEnvironment();
+    const Bnd_ConnectionEnvironmentPtr env
+        = iEnv ? iEnv : Bnd_ConnectionEnvironment::blankEnvironment();
     QTimer::singleShot(0, app, [env, iScript]() {
         if (!runner()) {
             qCWarning(lcBnd).noquote() << "Bnd_Utils::Bnd_AddDelayedAction, the runner was removed"
-                                          " before the script ran:" << iScript;
+                                          " before the script ran:"
+                                       << iScript;
             return;
         }
         if (!runner()(env, iScript))
-            qCWarning(lcBnd).noquote() << "Bnd_Utils::Bnd_AddDelayedAction, the script failed:"
-                                       << iScript;
+            qCWarning(lcBnd).noquote()
+                << "Bnd_Utils::Bnd_AddDelayedAction, the script failed:" << iScript;
     });
     return true;
 }
 
-void Bnd_Utils::Bnd_SetDelayedActionRunner(const DelayedActionRunner &iRunner) { runner() = iRunner; }
+void Bnd_Utils::Bnd_SetDelayedActionRunner(const DelayedActionRunner &iRunner)
+{
+    runner() = iRunner;
+}
 
-bool Bnd_Utils::hasDelayedActionRunner() { return !runner().empty(); }
+bool Bnd_Utils::hasDelayedActionRunner()
+{
+    return !runner().empty();
+}

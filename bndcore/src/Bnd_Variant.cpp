@@ -1,7 +1,7 @@
 #include "Bnd_Variant.h"
 
-#include <cxxabi.h>
 #include <cstdlib>
+#include <cxxabi.h>
 #include <memory>
 
 const char *bad_Bnd_Variant_cast::what() const noexcept
@@ -17,11 +17,13 @@ QString Bnd_ValueTraits::typeName(const std::type_info &iType)
     return QString::fromLatin1(status == 0 && name ? name.get() : iType.name());
 }
 
-Bnd_Variant::Bnd_Variant(const char *iText) : Bnd_Variant(QString::fromUtf8(iText)) { }
+Bnd_Variant::Bnd_Variant(const char *iText)
+    : Bnd_Variant(QString::fromUtf8(iText))
+{ }
 
-Bnd_Variant::Bnd_Variant(const Bnd_Variant &o) : mHolder(o.mHolder ? o.mHolder->clone() : nullptr)
-{
-}
+Bnd_Variant::Bnd_Variant(const Bnd_Variant &o)
+    : mHolder(o.mHolder ? o.mHolder->clone() : nullptr)
+{ }
 
 Bnd_Variant::~Bnd_Variant() = default;
 
@@ -37,7 +39,10 @@ const std::type_info &Bnd_Variant::Type() const
     return mHolder ? mHolder->type() : typeid(void);
 }
 
-QString Bnd_Variant::toString() const { return mHolder ? mHolder->toString() : QString(); }
+QString Bnd_Variant::toString() const
+{
+    return mHolder ? mHolder->toString() : QString();
+}
 
 bool Bnd_Variant::operator==(const Bnd_Variant &o) const
 {

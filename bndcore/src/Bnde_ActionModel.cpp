@@ -4,14 +4,18 @@
 #include "Kib_Assert.h"
 
 Bnde_ActionModel::Bnde_ActionModel(const QString &iName, bool iEnabled)
-    : Bnd_ModelBase(Bndt_Action<void()>::type()), mEnabledDefault(iEnabled)
+    : Bnd_ModelBase(Bndt_Action<void()>::type())
+    , mEnabledDefault(iEnabled)
 {
     SetConnectionName(iName);
 }
 
 Bnde_ActionModel::~Bnde_ActionModel() = default;
 
-bool Bnde_ActionModel::isEnabled() const { return mEnabledCB ? mEnabledCB() : mEnabledDefault; }
+bool Bnde_ActionModel::isEnabled() const
+{
+    return mEnabledCB ? mEnabledCB() : mEnabledDefault;
+}
 
 void Bnde_ActionModel::setIsEnabledDefault(bool iEnabled)
 {

@@ -10,7 +10,8 @@ bool Bnd_ArrayDetail::clampRange(long iSize, long &ioFirst, long &ioEnd)
     return true;
 }
 
-void Bnd_ArrayDetail::reportBadIndex(const char *iOperation, const QString &iName, long iIndex, long iSize)
+void Bnd_ArrayDetail::reportBadIndex(const char *iOperation, const QString &iName, long iIndex,
+                                     long iSize)
 {
     qCWarning(lcBnd).noquote().nospace() << "Bnde_Array::" << iOperation << ", index " << iIndex
                                          << " is outside '" << iName << "' of size " << iSize;
@@ -36,7 +37,8 @@ void Bnde_ActionArray::setSize(long iSize)
     const long old = mSize;
     mSize = iSize;
     if (iSize > old)
-        SendToListeners(Bndt_Array_Notifications::MsgElementsReplaced(old, old, iSize - old, iSize));
+        SendToListeners(
+            Bndt_Array_Notifications::MsgElementsReplaced(old, old, iSize - old, iSize));
     else
         SendToListeners(Bndt_Array_Notifications::MsgElementsReplaced(iSize, old, 0, iSize));
 }
@@ -48,7 +50,8 @@ bool Bnde_ActionArray::isEnabled(long i) const
 
 void Bnde_ActionArray::notifyEnabledChanged(long iFirst, long iEnd)
 {
-    SendToListeners(Bndt_Array_Notifications::MsgElementsReplaced(iFirst, iEnd, iEnd - iFirst, mSize));
+    SendToListeners(
+        Bndt_Array_Notifications::MsgElementsReplaced(iFirst, iEnd, iEnd - iFirst, mSize));
 }
 
 void Bnde_ActionArray::handleMessage(const Bnd_MessageInterface &iMsg)

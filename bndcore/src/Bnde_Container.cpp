@@ -4,7 +4,8 @@
 #include "Bnd_Private.h"
 #include "Bndt_Array_API.h"
 
-Bnde_Container::Bnde_Container(const QString &iName) : Bnd_ModelBase(Bndt_ArrayContainer::type())
+Bnde_Container::Bnde_Container(const QString &iName)
+    : Bnd_ModelBase(Bndt_ArrayContainer::type())
 {
     SetConnectionName(iName);
 }
@@ -21,15 +22,17 @@ Bnde_Container::~Bnde_Container()
 
 QString Bnde_Container::childConnectionName(const QString &iChildName) const
 {
-    return GetConnectionName().isEmpty() ? iChildName : GetConnectionName() + QLatin1Char('.') + iChildName;
+    return GetConnectionName().isEmpty() ? iChildName
+                                         : GetConnectionName() + QLatin1Char('.') + iChildName;
 }
 
 bool Bnde_Container::addChild(const QString &iChildName, std::unique_ptr<Bnd_ModelBase> iChild)
 {
     if (!iChild || iChildName.isEmpty() || iChildName.contains(QLatin1Char('.'))
         || iChildName.contains(QLatin1Char('[')) || mChildren.contains(iChildName)) {
-        qCWarning(lcBnd).noquote().nospace() << "Bnde_Container::addChild, cannot add '" << iChildName
-                                             << "' to '" << GetConnectionName() << "'";
+        qCWarning(lcBnd).noquote().nospace()
+            << "Bnde_Container::addChild, cannot add '" << iChildName << "' to '"
+            << GetConnectionName() << "'";
         return false;
     }
     mChildren.insert(iChildName, iChild.get());
@@ -61,9 +64,15 @@ Bnd_ModelBase *Bnde_Container::child(const QString &iChildName) const
     return mChildren.value(iChildName, nullptr);
 }
 
-void Bnde_Container::setSize(long iSize) { mSize = iSize; }
+void Bnde_Container::setSize(long iSize)
+{
+    mSize = iSize;
+}
 
-long Bnde_Container::size() const { return mSize >= 0 ? mSize : long(mChildren.size()); }
+long Bnde_Container::size() const
+{
+    return mSize >= 0 ? mSize : long(mChildren.size());
+}
 
 Bnd_ModelInterface *Bnde_Container::modelInterface_findChild(const QString &iPath) const
 {

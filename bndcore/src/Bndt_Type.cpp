@@ -3,9 +3,9 @@
 #include "Bnd_ValueTraits.h"
 
 Bndt_Type::Bndt_Type(Kind iKind, const std::type_info *iValueType)
-    : mKind(iKind), mValueType(iValueType)
-{
-}
+    : mKind(iKind)
+    , mValueType(iValueType)
+{ }
 
 Bndt_Type::~Bndt_Type() = default;
 
@@ -58,17 +58,22 @@ const Bndt_Type &Bndt_Type::elementType() const
     return *mElementType;
 }
 
-Bndt_AtomicType::Bndt_AtomicType(const std::type_info &iValueType) : Bndt_Type(Atomic, &iValueType)
-{
-}
+Bndt_AtomicType::Bndt_AtomicType(const std::type_info &iValueType)
+    : Bndt_Type(Atomic, &iValueType)
+{ }
 
-Bndt_ActionType::Bndt_ActionType() : Bndt_Type(Action, nullptr) { }
+Bndt_ActionType::Bndt_ActionType()
+    : Bndt_Type(Action, nullptr)
+{ }
 
 Bndt_ArrayType::Bndt_ArrayType(const std::type_info &iElementType)
     : Bndt_Type(Array, &iElementType)
-{
-}
+{ }
 
-Bndt_ArrayType::Bndt_ArrayType() : Bndt_Type(ActionArray, nullptr) { }
+Bndt_ArrayType::Bndt_ArrayType()
+    : Bndt_Type(ActionArray, nullptr)
+{ }
 
-Bndt_ContainerType::Bndt_ContainerType() : Bndt_Type(Container, nullptr) { }
+Bndt_ContainerType::Bndt_ContainerType()
+    : Bndt_Type(Container, nullptr)
+{ }

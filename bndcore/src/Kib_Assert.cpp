@@ -24,8 +24,17 @@ bool Kib_Assert::handleFailedAssert(const char *iExpression, const char *iFile, 
     return false;
 }
 
-int Kib_Assert::reportCount() { return int(reportList().size()); }
+int Kib_Assert::reportCount()
+{
+    return int(reportList().size());
+}
 
-QStringList Kib_Assert::reports() { return reportList(); }
+QStringList Kib_Assert::reports()
+{
+    return reportList();
+}
 
-void Kib_Assert::clearReports() { reportList().clear(); }
+void Kib_Assert::clearReports()
+{
+    reportList().clear();
+}

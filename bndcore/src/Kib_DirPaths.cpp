@@ -94,8 +94,8 @@ void Kib_DirPaths::Initialize(const char *iSeed)
         return;
     }
     const QFileInfo info(seed);
-    const bool looksLikePath = info.exists() || seed.contains(QLatin1Char('/'))
-        || seed.contains(QLatin1Char('\\'));
+    const bool looksLikePath
+        = info.exists() || seed.contains(QLatin1Char('/')) || seed.contains(QLatin1Char('\\'));
     if (!looksLikePath) {
         // A bare name that is no file here: the product's name, not a place.
         if (s.mProductName.isEmpty())

@@ -37,7 +37,8 @@ void Kiv_ConnectionUtils::recursiveConnect(QObject *iObject, Bnd_ConnectionEnvir
     recursiveConnectChildren(iObject, iEnv);
 }
 
-void Kiv_ConnectionUtils::recursiveConnectChildren(QObject *iObject, Bnd_ConnectionEnvironmentPtr iEnv)
+void Kiv_ConnectionUtils::recursiveConnectChildren(QObject *iObject,
+                                                   Bnd_ConnectionEnvironmentPtr iEnv)
 {
     if (!iObject)
         return;

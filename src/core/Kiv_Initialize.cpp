@@ -24,4 +24,7 @@ void Kiv_Initialize(const char *iArg)
     Kiv_InstallScriptRunner(); // delayed scripts of the runtime run through the script parser
 }
 
-bool Kiv_IsInitialized() { return gInitialized; }
+bool Kiv_IsInitialized()
+{
+    return gInitialized;
+}

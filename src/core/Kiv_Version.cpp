@@ -1,3 +1,6 @@
 #include "Kiv_Version.h"
 
-const char *Kiv_Version() { return "0.1.0"; }
+const char *Kiv_Version()
+{
+    return "0.1.0";
+}

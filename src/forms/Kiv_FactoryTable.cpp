@@ -14,8 +14,7 @@
 #include "Kiv_TextEdit.h"
 
 /// The action button's factory default: no name, no texts, enabled.
-template<>
-struct Kiv_FactoryConstruct<Kiv_ActionButton>
+template<> struct Kiv_FactoryConstruct<Kiv_ActionButton>
 {
     static Kiv_ActionButton *make(QWidget *iParent)
     {
@@ -25,10 +24,10 @@ struct Kiv_FactoryConstruct<Kiv_ActionButton>
 
 namespace {
 
-template<class T>
-void add(const char *iClassName, const char *iDescription)
+template<class T> void add(const char *iClassName, const char *iDescription)
 {
-    new Kiv_SimpleFactoryEntry<T>(QString::fromLatin1(iClassName), QString::fromLatin1(iDescription), QString());
+    new Kiv_SimpleFactoryEntry<T>(QString::fromLatin1(iClassName),
+                                  QString::fromLatin1(iDescription), QString());
 }
 
 // In registration order. Classes the library does not have yet are added here as they come.
@@ -36,10 +35,12 @@ const bool gRegistered = [] {
     add<Kiv_ActionButton>("Kiv_ActionButton", "Action model connected button");
     add<Kiv_CheckBox>("Kiv_CheckBox", "Model/View connected check box control");
     add<Kiv_Double>("Kiv_Double", "A Widget to display a double value");
-    add<Kiv_ImmediateActionButton>("Kiv_ImmediateActionButton", "Immediate action button for transport control");
+    add<Kiv_ImmediateActionButton>("Kiv_ImmediateActionButton",
+                                   "Immediate action button for transport control");
     add<Kiv_Label>("Kiv_Label", "QLabel with Model/View connection for label text");
     add<Kiv_LineEdit>("Kiv_LineEdit", "QLineEdit connected to or published as string data model");
-    add<Kiv_LongLabel>("Kiv_LongLabel", "QLabel that displays a Model/View connection long value as text");
+    add<Kiv_LongLabel>("Kiv_LongLabel",
+                       "QLabel that displays a Model/View connection long value as text");
     add<Kiv_PlayButton>("Kiv_PlayButton", "Immediate action play button for transport control");
     add<Kiv_TextEdit>("Kiv_TextEdit", "QTextEdit connected to or published as string data model");
     return true;

@@ -24,11 +24,14 @@ Registry *&registry()
 
 Kiv_FactoryEntryInterface::~Kiv_FactoryEntryInterface() = default;
 
-Kiv_QtWidgetFactoryRegistry::Kiv_QtWidgetFactoryRegistry(QObject *iParent) : QUiLoader(iParent) { }
+Kiv_QtWidgetFactoryRegistry::Kiv_QtWidgetFactoryRegistry(QObject *iParent)
+    : QUiLoader(iParent)
+{ }
 
 Kiv_QtWidgetFactoryRegistry::~Kiv_QtWidgetFactoryRegistry() = default;
 
-void Kiv_QtWidgetFactoryRegistry::registerEntry(const QString &iName, Kiv_FactoryEntryInterface *iEntry)
+void Kiv_QtWidgetFactoryRegistry::registerEntry(const QString &iName,
+                                                Kiv_FactoryEntryInterface *iEntry)
 {
     Registry *&r = registry();
     if (!r)

@@ -3,25 +3,42 @@
 #include "Kiv_CreateWidgetFromUILayout.h"
 #include "Kiv_QtWidgetFactoryRegistry.h"
 
-Kiv_UIFileFactoryEntry::Kiv_UIFileFactoryEntry(const QString &iFormName) : mFormName(iFormName)
+Kiv_UIFileFactoryEntry::Kiv_UIFileFactoryEntry(const QString &iFormName)
+    : mFormName(iFormName)
 {
     Kiv_QtWidgetFactoryRegistry::registerEntry(iFormName, this);
 }
 
-bool Kiv_UIFileFactoryEntry::runCustomEditor(QWidget *, QWidget *, QList<QString> *, QList<QVariant> *) const
+bool Kiv_UIFileFactoryEntry::runCustomEditor(QWidget *, QWidget *, QList<QString> *,
+                                             QList<QVariant> *) const
 {
     return false;
 }
 
-bool Kiv_UIFileFactoryEntry::hasCustomEditor() { return false; }
+bool Kiv_UIFileFactoryEntry::hasCustomEditor()
+{
+    return false;
+}
 
-bool Kiv_UIFileFactoryEntry::isContainer() { return false; }
+bool Kiv_UIFileFactoryEntry::isContainer()
+{
+    return false;
+}
 
-QString Kiv_UIFileFactoryEntry::getWhatsThis() { return mFormName + QLatin1String(".ui file include"); }
+QString Kiv_UIFileFactoryEntry::getWhatsThis()
+{
+    return mFormName + QLatin1String(".ui file include");
+}
 
-QString Kiv_UIFileFactoryEntry::getToolTip() { return getWhatsThis(); }
+QString Kiv_UIFileFactoryEntry::getToolTip()
+{
+    return getWhatsThis();
+}
 
-QString Kiv_UIFileFactoryEntry::getIncludeFile() { return QString(); }
+QString Kiv_UIFileFactoryEntry::getIncludeFile()
+{
+    return QString();
+}
 
 QWidget *Kiv_UIFileFactoryEntry::create(QWidget *iParent, const QString &iName, bool)
 {

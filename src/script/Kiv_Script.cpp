@@ -42,7 +42,7 @@ bool Kiv_Script::run()
     if (!mNodeP)
         return false;
     Uip_ParseNode *node = mNodeP.get();
-    RunFrame frame{mRunFrames, false, {}};
+    RunFrame frame { mRunFrames, false, {} };
     mRunFrames = &frame;
     Bnd_Variant result;
     const bool ok = node->Evaluate(&result);

@@ -76,17 +76,28 @@ void tst_ConnectionDict::resolvesNames_data()
     QTest::addColumn<QString>("name");
     QTest::addColumn<QString>("expected"); // value read through the listener, "" = unconnected
 
-    QTest::newRow("flat name") << "RD.Flat.Title" << "flat";
-    QTest::newRow("container child") << "RD.Clip.label" << "child";
-    QTest::newRow("nested container child") << "RD.Clip.Meta.author" << "nested";
-    QTest::newRow("missing child") << "RD.Clip.nothing" << "";
-    QTest::newRow("missing root") << "RD.Nothing.label" << "";
-    QTest::newRow("static spec with blank") << "staticConnection: RD.Flat.Title" << "flat";
-    QTest::newRow("static spec without blank") << "staticConnection:RD.Flat.Title" << "flat";
-    QTest::newRow("literal subscript") << "RD.Names[1]" << "b";
-    QTest::newRow("subscript out of range") << "RD.Names[7]" << "";
-    QTest::newRow("subscript on a value") << "RD.Flat.Title[0]" << "";
-    QTest::newRow("malformed subscript") << "RD.Names[1" << "";
+    QTest::newRow("flat name") << "RD.Flat.Title"
+                               << "flat";
+    QTest::newRow("container child") << "RD.Clip.label"
+                                     << "child";
+    QTest::newRow("nested container child") << "RD.Clip.Meta.author"
+                                            << "nested";
+    QTest::newRow("missing child") << "RD.Clip.nothing"
+                                   << "";
+    QTest::newRow("missing root") << "RD.Nothing.label"
+                                  << "";
+    QTest::newRow("static spec with blank") << "staticConnection: RD.Flat.Title"
+                                            << "flat";
+    QTest::newRow("static spec without blank") << "staticConnection:RD.Flat.Title"
+                                               << "flat";
+    QTest::newRow("literal subscript") << "RD.Names[1]"
+                                       << "b";
+    QTest::newRow("subscript out of range") << "RD.Names[7]"
+                                            << "";
+    QTest::newRow("subscript on a value") << "RD.Flat.Title[0]"
+                                          << "";
+    QTest::newRow("malformed subscript") << "RD.Names[1"
+                                         << "";
 }
 
 void tst_ConnectionDict::resolvesNames()
@@ -100,7 +111,7 @@ void tst_ConnectionDict::resolvesNames()
     clip.add<Bnde_SimpleValue<QString>>("label", QString("child"));
     clip.add<Bnde_Container>("Meta")->add<Bnde_SimpleValue<QString>>("author", QString("nested"));
     clip.Publish();
-    Bnde_Array<QString> names("RD.Names", {"a", "b", "c"});
+    Bnde_Array<QString> names("RD.Names", { "a", "b", "c" });
     names.Publish();
 
     StringListener l(name);
@@ -120,12 +131,12 @@ void tst_ConnectionDict::exactNameWinsOverContainerDescent()
 
 void tst_ConnectionDict::literalSubscriptReadsAndWritesOneElement()
 {
-    Bnde_Array<QString> names("LS.Names", {"a", "b", "c"});
+    Bnde_Array<QString> names("LS.Names", { "a", "b", "c" });
     names.Publish();
     StringListener l("LS.Names[2]");
     QVERIFY(l.isConnectedToModel());
     QCOMPARE(l.setValue("z"), int(Bnd_Status::Ok));
-    QCOMPARE(names.values(), (std::vector<QString>{"a", "b", "z"}));
+    QCOMPARE(names.values(), (std::vector<QString> { "a", "b", "z" }));
 
     Bnd_Variant v;
     QVERIFY(l.SendMessageToModel(Bndt_SimpleValue_BaseAPI::MsgGetVariant(&v)));
@@ -134,7 +145,7 @@ void tst_ConnectionDict::literalSubscriptReadsAndWritesOneElement()
 
 void tst_ConnectionDict::indexModelSubscriptFollowsTheIndexAtEachMessage()
 {
-    Bnde_Array<QString> names("IM.Names", {"a", "b", "c"});
+    Bnde_Array<QString> names("IM.Names", { "a", "b", "c" });
     names.Publish();
     Bnde_Index<long> row("IM.Row", 0);
     row.Publish();
@@ -146,7 +157,7 @@ void tst_ConnectionDict::indexModelSubscriptFollowsTheIndexAtEachMessage()
         row.setValue(i);
         seen << l.getValue();
     }
-    QCOMPARE(seen, QStringList({"a", "b", "c"}));
+    QCOMPARE(seen, QStringList({ "a", "b", "c" }));
 
     row.setValue(1);
     l.setValue("B");
@@ -188,27 +199,41 @@ void tst_ConnectionDict::elementListenerHearsOnlyChangesThatConcernIt()
     QFETCH(int, change);
     QFETCH(bool, heard);
 
-    Bnde_Array<long> values("EL.Values", {0, 1, 2, 3, 4});
+    Bnde_Array<long> values("EL.Values", { 0, 1, 2, 3, 4 });
     values.Publish();
     LongListener l("EL.Values[2]");
     ConnectionLog log;
     log.attach(l);
 
     switch (change) {
-    case 0: values.set(2, 20); break;
-    case 1: values.set(4, 40); break;
-    case 2: values.insert(0, -1); break;
-    case 3: values.insert(4, 99); break;
-    case 4: values.remove(1); break;
-    case 5: values.move(0, 3); break;
-    case 6: values.move(3, 4); break;
+    case 0:
+        values.set(2, 20);
+        break;
+    case 1:
+        values.set(4, 40);
+        break;
+    case 2:
+        values.insert(0, -1);
+        break;
+    case 3:
+        values.insert(4, 99);
+        break;
+    case 4:
+        values.remove(1);
+        break;
+    case 5:
+        values.move(0, 3);
+        break;
+    case 6:
+        values.move(3, 4);
+        break;
     }
     QCOMPARE(log.valueChanges > 0, heard);
 }
 
 void tst_ConnectionDict::staticSpecFreezesTheIndex()
 {
-    Bnde_Array<QString> names("SF.Names", {"a", "b", "c"});
+    Bnde_Array<QString> names("SF.Names", { "a", "b", "c" });
     names.Publish();
     Bnde_Index<long> row("SF.Row", 1);
     row.Publish();
@@ -227,8 +252,8 @@ void tst_ConnectionDict::variablesResolveThroughTheNearestScope()
     Bnde_SimpleValue<QString> b("VR.B.Title", "B");
     b.Publish();
 
-    const auto outer = envWith({{"Tab", "VR.A"}, {"Base", "VR.B"}});
-    const auto inner = envWith({{"Tab", "VR.B"}}, outer);
+    const auto outer = envWith({ { "Tab", "VR.A" }, { "Base", "VR.B" } });
+    const auto inner = envWith({ { "Tab", "VR.B" } }, outer);
 
     StringListener l("$Tab.Title");
     QVERIFY(!l.isConnectedToModel()); // waits for an environment
@@ -269,7 +294,7 @@ void tst_ConnectionDict::lateBindingConnectsWhenPublished()
     }
     QVERIFY(!l.isConnectedToModel());
     QVERIFY(l.isWaitingForModel());
-    QCOMPARE(log.events, QList<bool>({true, false}));
+    QCOMPARE(log.events, QList<bool>({ true, false }));
 }
 
 void tst_ConnectionDict::lateBindingThroughContainerChild()
@@ -293,7 +318,7 @@ void tst_ConnectionDict::unpublishDisconnectsAndRebindsOnRepublish()
     Bnde_SimpleValue<QString> m("UP.Title", "one");
     m.Publish();
     StringListener direct("UP.Title");
-    Bnde_Array<QString> arr("UP.Arr", {"x"});
+    Bnde_Array<QString> arr("UP.Arr", { "x" });
     arr.Publish();
     StringListener element("UP.Arr[0]");
     QVERIFY(direct.isConnectedToModel() && element.isConnectedToModel());
@@ -340,7 +365,7 @@ void tst_ConnectionDict::sameNameTwiceKeepsTheBinding()
     l.SetConnectionName("SN.Title");
     l.SetConnectionName("SN.Title");
     l.connect(Bnd_ConnectionEnvironment::blankEnvironment());
-    QCOMPARE(log.events, QList<bool>({true}));
+    QCOMPARE(log.events, QList<bool>({ true }));
     QCOMPARE(m.listenerCount(), 1);
 }
 

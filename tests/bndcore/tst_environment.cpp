@@ -24,18 +24,30 @@ void tst_Environment::replacesVariables_data()
     QTest::addColumn<QString>("expected");
     QTest::addColumn<bool>("allBound");
 
-    QTest::newRow("no variable") << "A.B" << "A.B" << true;
-    QTest::newRow("leading") << "$Tab.TabData.id[" << "Clips.TabData.id[" << true;
-    QTest::newRow("in subscript") << "List.name[$Row]" << "List.name[Cursor_7]" << true;
-    QTest::newRow("two") << "$Tab.$Row" << "Clips.Cursor_7" << true;
-    QTest::newRow("inner scope wins") << "$Mode" << "inner" << true;
-    QTest::newRow("from the parent") << "$Outer.x" << "P.x" << true;
-    QTest::newRow("unbound stays") << "$Nope.x" << "$Nope.x" << false;
-    QTest::newRow("bound and unbound") << "$Tab.$Nope" << "Clips.$Nope" << false;
-    QTest::newRow("dollar inside a word is text") << "1f3a$Window.Sel" << "1f3a$Window.Sel" << true;
-    QTest::newRow("lone dollar") << "A.$" << "A.$" << true;
-    QTest::newRow("digit after dollar") << "$1" << "$1" << true;
-    QTest::newRow("name ends at non-word") << "$Row:x" << "Cursor_7:x" << true;
+    QTest::newRow("no variable") << "A.B"
+                                 << "A.B" << true;
+    QTest::newRow("leading") << "$Tab.TabData.id["
+                             << "Clips.TabData.id[" << true;
+    QTest::newRow("in subscript") << "List.name[$Row]"
+                                  << "List.name[Cursor_7]" << true;
+    QTest::newRow("two") << "$Tab.$Row"
+                         << "Clips.Cursor_7" << true;
+    QTest::newRow("inner scope wins") << "$Mode"
+                                      << "inner" << true;
+    QTest::newRow("from the parent") << "$Outer.x"
+                                     << "P.x" << true;
+    QTest::newRow("unbound stays") << "$Nope.x"
+                                   << "$Nope.x" << false;
+    QTest::newRow("bound and unbound") << "$Tab.$Nope"
+                                       << "Clips.$Nope" << false;
+    QTest::newRow("dollar inside a word is text") << "1f3a$Window.Sel"
+                                                  << "1f3a$Window.Sel" << true;
+    QTest::newRow("lone dollar") << "A.$"
+                                 << "A.$" << true;
+    QTest::newRow("digit after dollar") << "$1"
+                                        << "$1" << true;
+    QTest::newRow("name ends at non-word") << "$Row:x"
+                                           << "Cursor_7:x" << true;
 }
 
 void tst_Environment::replacesVariables()
@@ -44,7 +56,8 @@ void tst_Environment::replacesVariables()
     QFETCH(QString, expected);
     QFETCH(bool, allBound);
 
-    auto *outer = new Bnd_ConnectionEnvironment(Bnd_ConnectionEnvironment::blankEnvironment(), nullptr);
+    auto *outer
+        = new Bnd_ConnectionEnvironment(Bnd_ConnectionEnvironment::blankEnvironment(), nullptr);
     outer->set("Outer", "P");
     outer->set("Mode", "outer");
     Bnd_ConnectionEnvironmentPtr outerPtr(outer);

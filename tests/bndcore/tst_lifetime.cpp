@@ -185,7 +185,8 @@ void tst_Lifetime::listenerAttachedDuringDeliveryWaitsForTheNext()
     l.setReceiveMessageCB([&](const Bnd_MessageInterface &m) {
         if (isValueChanged(m) && !late) {
             late = std::make_unique<LongListener>("LT.H");
-            late->setReceiveMessageCB([&](const Bnd_MessageInterface &mm) { lateHeard += isValueChanged(mm); });
+            late->setReceiveMessageCB(
+                [&](const Bnd_MessageInterface &mm) { lateHeard += isValueChanged(mm); });
         }
     });
     model.setValue(1);
@@ -237,21 +238,21 @@ void tst_Lifetime::connectedChangedCallbackDestroysListenerDuringModelDestructio
 
 void tst_Lifetime::elementListenerOutlivesItsArray()
 {
-    auto array = std::make_unique<Bnde_Array<long>>("LT.Arr", std::vector<long>{1, 2});
+    auto array = std::make_unique<Bnde_Array<long>>("LT.Arr", std::vector<long> { 1, 2 });
     array->Publish();
     LongListener element("LT.Arr[1]");
     QCOMPARE(element.getValue(), 2L);
     array.reset();
     QVERIFY(!element.isConnectedToModel());
     QVERIFY(element.isWaitingForModel());
-    Bnde_Array<long> again("LT.Arr", {5, 6});
+    Bnde_Array<long> again("LT.Arr", { 5, 6 });
     again.Publish();
     QCOMPARE(element.getValue(), 6L);
 }
 
 void tst_Lifetime::elementListenerOutlivesItsIndexModel()
 {
-    Bnde_Array<long> array("LT.Arr2", {1, 2});
+    Bnde_Array<long> array("LT.Arr2", { 1, 2 });
     array.Publish();
     auto row = std::make_unique<Bnde_Index<long>>("LT.Row2", 1);
     row->Publish();

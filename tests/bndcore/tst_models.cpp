@@ -15,12 +15,14 @@ Q_DECLARE_METATYPE(Bnd_Variant)
 
 namespace {
 int gNextName = 0;
-QString uniqueName() { return QStringLiteral("Models.m%1").arg(++gNextName); }
+QString uniqueName()
+{
+    return QStringLiteral("Models.m%1").arg(++gNextName);
+}
 
 // Publishes a simple value of T, writes `b` through a listener and reads it back, both typed
 // and as a variant; answers a description of the first mismatch, or "" when all went well.
-template<class T>
-QString roundTrip(const T &a, const T &b)
+template<class T> QString roundTrip(const T &a, const T &b)
 {
     Bnde_SimpleValue<T> model(uniqueName(), a);
     model.Publish();
@@ -75,9 +77,21 @@ private slots:
 void tst_Models::simpleValueRoundTrips_data()
 {
     QTest::addColumn<int>("kind");
-    const char *names[] = {"bool", "int", "unsigned", "long", "double", "QString", "QPixmap",
-                           "QPoint", "QRect", "QDateTime", "QColor", "Bnd_Timecode",
-                           "SortedValueList<long>", "QFont", "QStringList"};
+    const char *names[] = { "bool",
+                            "int",
+                            "unsigned",
+                            "long",
+                            "double",
+                            "QString",
+                            "QPixmap",
+                            "QPoint",
+                            "QRect",
+                            "QDateTime",
+                            "QColor",
+                            "Bnd_Timecode",
+                            "SortedValueList<long>",
+                            "QFont",
+                            "QStringList" };
     for (int i = 0; i < int(sizeof(names) / sizeof(*names)); ++i)
         QTest::newRow(names[i]) << i;
 }
@@ -90,21 +104,52 @@ void tst_Models::simpleValueRoundTrips()
     p2.fill(Qt::blue);
     QString fault;
     switch (kind) {
-    case 0: fault = roundTrip<bool>(false, true); break;
-    case 1: fault = roundTrip<int>(1, -7); break;
-    case 2: fault = roundTrip<unsigned int>(1u, 42u); break;
-    case 3: fault = roundTrip<long>(-1, 123456789L); break;
-    case 4: fault = roundTrip<double>(0.5, 2.25); break;
-    case 5: fault = roundTrip<QString>("a", "b"); break;
-    case 6: fault = roundTrip<QPixmap>(p1, p2); break;
-    case 7: fault = roundTrip<QPoint>(QPoint(1, 2), QPoint(3, 4)); break;
-    case 8: fault = roundTrip<QRect>(QRect(0, 0, 1, 1), QRect(5, 5, 10, 10)); break;
-    case 9: fault = roundTrip<QDateTime>(QDateTime::fromSecsSinceEpoch(0), QDateTime::fromSecsSinceEpoch(86400)); break;
-    case 10: fault = roundTrip<QColor>(Qt::red, Qt::green); break;
-    case 11: fault = roundTrip<Bnd_Timecode>(Bnd_Timecode(0, 0, 1, 2), Bnd_Timecode(1, 2, 3, 4, true)); break;
-    case 12: fault = roundTrip<SortedValueList<long>>({1, 3}, {2}); break;
-    case 13: fault = roundTrip<QFont>(QFont("DejaVu Sans", 9), QFont("DejaVu Sans", 12)); break;
-    case 14: fault = roundTrip<QStringList>({"a"}, {"b", "c"}); break;
+    case 0:
+        fault = roundTrip<bool>(false, true);
+        break;
+    case 1:
+        fault = roundTrip<int>(1, -7);
+        break;
+    case 2:
+        fault = roundTrip<unsigned int>(1u, 42u);
+        break;
+    case 3:
+        fault = roundTrip<long>(-1, 123456789L);
+        break;
+    case 4:
+        fault = roundTrip<double>(0.5, 2.25);
+        break;
+    case 5:
+        fault = roundTrip<QString>("a", "b");
+        break;
+    case 6:
+        fault = roundTrip<QPixmap>(p1, p2);
+        break;
+    case 7:
+        fault = roundTrip<QPoint>(QPoint(1, 2), QPoint(3, 4));
+        break;
+    case 8:
+        fault = roundTrip<QRect>(QRect(0, 0, 1, 1), QRect(5, 5, 10, 10));
+        break;
+    case 9:
+        fault = roundTrip<QDateTime>(QDateTime::fromSecsSinceEpoch(0),
+                                     QDateTime::fromSecsSinceEpoch(86400));
+        break;
+    case 10:
+        fault = roundTrip<QColor>(Qt::red, Qt::green);
+        break;
+    case 11:
+        fault = roundTrip<Bnd_Timecode>(Bnd_Timecode(0, 0, 1, 2), Bnd_Timecode(1, 2, 3, 4, true));
+        break;
+    case 12:
+        fault = roundTrip<SortedValueList<long>>({ 1, 3 }, { 2 });
+        break;
+    case 13:
+        fault = roundTrip<QFont>(QFont("DejaVu Sans", 9), QFont("DejaVu Sans", 12));
+        break;
+    case 14:
+        fault = roundTrip<QStringList>({ "a" }, { "b", "c" });
+        break;
     }
     QCOMPARE(fault, QString());
 }
@@ -122,7 +167,7 @@ void tst_Models::readOnlyRefusesWithStatus3()
 {
     QFETCH(int, how);
     Bnde_SimpleValue<long> value(uniqueName(), 5);
-    Bnde_Array<long> array(uniqueName(), {1, 2});
+    Bnde_Array<long> array(uniqueName(), { 1, 2 });
     value.Publish();
     array.Publish();
     value.SetReadOnly(true);
@@ -133,14 +178,18 @@ void tst_Models::readOnlyRefusesWithStatus3()
     QVERIFY(vl.isReadOnly());
     int status = -1;
     switch (how) {
-    case 0: status = vl.setValue(9); break;
+    case 0:
+        status = vl.setValue(9);
+        break;
     case 1: {
         Bndt_SimpleValue_BaseAPI::MsgSetVariant m(Bnd_Variant(9L));
         vl.SendMessageToModel(m);
         status = m.status();
         break;
     }
-    case 2: status = al.setAt(0, 9); break;
+    case 2:
+        status = al.setAt(0, 9);
+        break;
     case 3: {
         Bndt_Array_API::MsgMoveElement m(0, 1);
         al.SendMessageToModel(m);
@@ -150,7 +199,7 @@ void tst_Models::readOnlyRefusesWithStatus3()
     }
     QCOMPARE(status, int(Bnd_Status::ReadOnly));
     QCOMPARE(value.getValue(), 5L);
-    QCOMPARE(array.values(), (std::vector<long>{1, 2}));
+    QCOMPARE(array.values(), (std::vector<long> { 1, 2 }));
 }
 
 void tst_Models::wrongVariantTypeIsReportedAndIgnored()
@@ -158,7 +207,8 @@ void tst_Models::wrongVariantTypeIsReportedAndIgnored()
     Bnde_SimpleValue<long> model(uniqueName(), 5);
     model.Publish();
     Bnd_ListenerBase l(model.GetConnectionName());
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("handleMsgSetVariant - Value for variant"));
+    QTest::ignoreMessage(QtWarningMsg,
+                         QRegularExpression("handleMsgSetVariant - Value for variant"));
     QVERIFY(!l.SendMessageToModel(Bndt_SimpleValue_BaseAPI::MsgSetVariant(Bnd_Variant("text"))));
     QCOMPARE(model.getValue(), 5L);
     QCOMPARE(Kib_Assert::reportCount(), 1);
@@ -194,7 +244,7 @@ void tst_Models::actionVariants_data()
     QTest::newRow("void(bool) wrong type") << 1 << Bnd_Variant("yes") << false << "";
     QTest::newRow("void(bool) missing") << 1 << Bnd_Variant() << false << "";
     QTest::newRow("void(QColor)") << 2 << Bnd_Variant(QColor(Qt::red)) << true << "";
-    QTest::newRow("void(QStringList)") << 3 << Bnd_Variant(QStringList{"a", "b"}) << true << "";
+    QTest::newRow("void(QStringList)") << 3 << Bnd_Variant(QStringList { "a", "b" }) << true << "";
     QTest::newRow("void(long)") << 4 << Bnd_Variant(7L) << true << "";
     QTest::newRow("QString()") << 5 << Bnd_Variant() << true << "\"done\"";
 }
@@ -210,12 +260,31 @@ void tst_Models::actionVariants()
     std::unique_ptr<Bnde_ActionModel> model;
     const QString name = uniqueName();
     switch (signature) {
-    case 0: model.reset(new Bnde_ActionModelWithType<Bndt_Action<void()>>(name, [&] { ++calls; })); break;
-    case 1: model.reset(new Bnde_ActionModelWithType<Bndt_Action<void(bool)>>(name, [&](bool) { ++calls; })); break;
-    case 2: model.reset(new Bnde_ActionModelWithType<Bndt_Action<void(const QColor &)>>(name, [&](const QColor &) { ++calls; })); break;
-    case 3: model.reset(new Bnde_ActionModelWithType<Bndt_Action<void(const QStringList &)>>(name, [&](const QStringList &) { ++calls; })); break;
-    case 4: model.reset(new Bnde_ActionModelWithType<Bndt_Action<void(long)>>(name, [&](long) { ++calls; })); break;
-    case 5: model.reset(new Bnde_ActionModelWithType<Bndt_Action<QString()>>(name, [&] { ++calls; return QString("done"); })); break;
+    case 0:
+        model.reset(new Bnde_ActionModelWithType<Bndt_Action<void()>>(name, [&] { ++calls; }));
+        break;
+    case 1:
+        model.reset(
+            new Bnde_ActionModelWithType<Bndt_Action<void(bool)>>(name, [&](bool) { ++calls; }));
+        break;
+    case 2:
+        model.reset(new Bnde_ActionModelWithType<Bndt_Action<void(const QColor &)>>(
+            name, [&](const QColor &) { ++calls; }));
+        break;
+    case 3:
+        model.reset(new Bnde_ActionModelWithType<Bndt_Action<void(const QStringList &)>>(
+            name, [&](const QStringList &) { ++calls; }));
+        break;
+    case 4:
+        model.reset(
+            new Bnde_ActionModelWithType<Bndt_Action<void(long)>>(name, [&](long) { ++calls; }));
+        break;
+    case 5:
+        model.reset(new Bnde_ActionModelWithType<Bndt_Action<QString()>>(name, [&] {
+            ++calls;
+            return QString("done");
+        }));
+        break;
     }
     model->Publish();
     Bnd_ConnectionToModel<Bndt_Action<void()>> l(name);
@@ -262,7 +331,8 @@ void tst_Models::foreignMessageAtActionModelIsReported()
     action.Publish();
     Bnd_ListenerBase l(action.GetConnectionName());
     Bnd_Variant v;
-    QTest::ignoreMessage(QtWarningMsg, QRegularExpression("Message type is not the action message type"));
+    QTest::ignoreMessage(QtWarningMsg,
+                         QRegularExpression("Message type is not the action message type"));
     QVERIFY(!l.SendMessageToModel(Bndt_SimpleValue_BaseAPI::MsgGetVariant(&v)));
     QCOMPARE(Kib_Assert::reportCount(), 1);
     QVERIFY(Kib_Assert::reports().first().endsWith("coresw/UIF/Bnd/Bnde_ActionModel:111)"));
@@ -270,7 +340,7 @@ void tst_Models::foreignMessageAtActionModelIsReported()
 
 void tst_Models::arrayMessages()
 {
-    Bnde_Array<QString> names(uniqueName(), {"a", "b", "c"});
+    Bnde_Array<QString> names(uniqueName(), { "a", "b", "c" });
     names.Publish();
     Bnd_ConnectionToModel<Bndt_Array<QString>> l(names.GetConnectionName());
     QCOMPARE(l.size(), 3L);
@@ -278,7 +348,7 @@ void tst_Models::arrayMessages()
     QCOMPARE(l.setAt(1, "B"), int(Bnd_Status::Ok));
     QCOMPARE(l.setAt(5, "x"), int(Bnd_Status::OutOfRange));
     QVERIFY(l.moveElement(0, 2));
-    QCOMPARE(names.values(), (std::vector<QString>{"B", "c", "a"}));
+    QCOMPARE(names.values(), (std::vector<QString> { "B", "c", "a" }));
     QVERIFY(!l.moveElement(0, 3));
 }
 
@@ -287,31 +357,41 @@ void tst_Models::arrayNotificationsCarryTheRange_data()
     QTest::addColumn<int>("op");
     QTest::addColumn<QList<long>>("expected"); // first, end, count, newSize
 
-    QTest::newRow("set") << 0 << QList<long>{1, 2, 1, 4};
-    QTest::newRow("insert") << 1 << QList<long>{2, 2, 1, 5};
-    QTest::newRow("append") << 2 << QList<long>{4, 4, 1, 5};
-    QTest::newRow("remove two") << 3 << QList<long>{1, 3, 0, 2};
-    QTest::newRow("replace all") << 4 << QList<long>{0, 4, 2, 2};
+    QTest::newRow("set") << 0 << QList<long> { 1, 2, 1, 4 };
+    QTest::newRow("insert") << 1 << QList<long> { 2, 2, 1, 5 };
+    QTest::newRow("append") << 2 << QList<long> { 4, 4, 1, 5 };
+    QTest::newRow("remove two") << 3 << QList<long> { 1, 3, 0, 2 };
+    QTest::newRow("replace all") << 4 << QList<long> { 0, 4, 2, 2 };
 }
 
 void tst_Models::arrayNotificationsCarryTheRange()
 {
     QFETCH(int, op);
     QFETCH(QList<long>, expected);
-    Bnde_Array<long> a(uniqueName(), {0, 1, 2, 3});
+    Bnde_Array<long> a(uniqueName(), { 0, 1, 2, 3 });
     a.Publish();
     Bnd_ConnectionToModel<Bndt_Array<long>> l(a.GetConnectionName());
     QList<long> got;
     l.setReceiveMessageCB([&](const Bnd_MessageInterface &m) {
         if (const auto *r = m.as<Bndt_Array_Notifications::MsgElementsReplaced>())
-            got = {r->first, r->end, r->count, r->newSize};
+            got = { r->first, r->end, r->count, r->newSize };
     });
     switch (op) {
-    case 0: a.set(1, 10); break;
-    case 1: a.insert(2, 9); break;
-    case 2: a.append(9); break;
-    case 3: a.remove(1, 2); break;
-    case 4: a.setValues({7, 8}); break;
+    case 0:
+        a.set(1, 10);
+        break;
+    case 1:
+        a.insert(2, 9);
+        break;
+    case 2:
+        a.append(9);
+        break;
+    case 3:
+        a.remove(1, 2);
+        break;
+    case 4:
+        a.setValues({ 7, 8 });
+        break;
     }
     QCOMPARE(got, expected);
 }
@@ -319,8 +399,9 @@ void tst_Models::arrayNotificationsCarryTheRange()
 void tst_Models::actionArrayPerformsByIndex()
 {
     QList<long> performed;
-    Bnde_ActionArray hide(uniqueName(), 3, [&](long i, const Bnd_ArgList &, Bnd_Variant *) { performed << i; },
-                          [](long i) { return i != 1; });
+    Bnde_ActionArray hide(
+        uniqueName(), 3, [&](long i, const Bnd_ArgList &, Bnd_Variant *) { performed << i; },
+        [](long i) { return i != 1; });
     hide.Publish();
     Bnd_ConnectionToModel<Bndt_Array<Bndt_Action<void()>>> l(hide.GetConnectionName());
     QCOMPARE(l.size(), 3L);
@@ -332,20 +413,20 @@ void tst_Models::actionArrayPerformsByIndex()
     Bnd_ConnectionToModel<Bndt_Action<void()>> element(hide.GetConnectionName() + "[0]");
     QVERIFY(element.isEnabled());
     QVERIFY(element.invoke());
-    QCOMPARE(performed, QList<long>({2, 0}));
+    QCOMPARE(performed, QList<long>({ 2, 0 }));
 }
 
 void tst_Models::containerSizeAndChildren()
 {
     Bnde_Container c(uniqueName());
-    c.add<Bnde_Array<QString>>("name", std::vector<QString>{"a", "b"});
+    c.add<Bnde_Array<QString>>("name", std::vector<QString> { "a", "b" });
     c.add<Bnde_ActionModelWithType<Bndt_Action<void()>>>("open");
     c.Publish();
     Bnd_ConnectionToModel<Bndt_ArrayContainer> l(c.GetConnectionName());
     QCOMPARE(l.size(), 2L);
     c.setSize(7);
     QCOMPARE(l.size(), 7L);
-    QCOMPARE(c.childNames(), QStringList({"name", "open"}));
+    QCOMPARE(c.childNames(), QStringList({ "name", "open" }));
     QVERIFY(!c.add<Bnde_SimpleValue<long>>("name"));
 }
 
@@ -355,7 +436,9 @@ class TextOwner
 {
 public:
     typedef Bndt_SimpleValue_API<QString> API;
-    explicit TextOwner(const QString &iName) : mModel(iName), mDispatcher(this)
+    explicit TextOwner(const QString &iName)
+        : mModel(iName)
+        , mDispatcher(this)
     {
         mDispatcher.add<API::MsgGet>(&TextOwner::handleGet).add<API::MsgSet>(&TextOwner::handleSet);
         mModel.setReceiveMessageCB(mDispatcher.callback());

@@ -61,17 +61,19 @@ void tst_Utils::delayedActionRunsOnALaterTurn()
 {
     QStringList ran;
     QString seenVariable;
-    Bnd_Utils::Bnd_SetDelayedActionRunner([&](const Bnd_ConnectionEnvironmentPtr &env, const QString &s) {
-        ran << s;
-        seenVariable = env->get("Row");
-        return true;
-    });
-    auto *env = new Bnd_ConnectionEnvironment(Bnd_ConnectionEnvironment::blankEnvironment(), nullptr);
+    Bnd_Utils::Bnd_SetDelayedActionRunner(
+        [&](const Bnd_ConnectionEnvironmentPtr &env, const QString &s) {
+            ran << s;
+            seenVariable = env->get("Row");
+            return true;
+        });
+    auto *env
+        = new Bnd_ConnectionEnvironment(Bnd_ConnectionEnvironment::blankEnvironment(), nullptr);
     env->set("Row", "R1");
     QVERIFY(Bnd_Utils::Bnd_AddDelayedAction(Bnd_ConnectionEnvironmentPtr(env), "A.go()"));
     QVERIFY(Bnd_Utils::Bnd_AddDelayedAction(Bnd_ConnectionEnvironmentPtr(), "B.go()"));
     QVERIFY(ran.isEmpty()); // never at once
-    QTRY_COMPARE(ran, QStringList({"A.go()", "B.go()"}));
+    QTRY_COMPARE(ran, QStringList({ "A.go()", "B.go()" }));
     QCOMPARE(seenVariable, QString());
     Bnd_Utils::Bnd_SetDelayedActionRunner(Bnd_Utils::DelayedActionRunner());
 }
@@ -93,7 +95,7 @@ void tst_Utils::busyStateIsSharedAndCounted()
     a.releaseAsynchStateRef();
     b.releaseAsynchStateRef();
     QVERIFY(!a.isBusy());
-    QCOMPARE(a.seen, QList<long>({1, 2, 3, 2, 1, 0}));
+    QCOMPARE(a.seen, QList<long>({ 1, 2, 3, 2, 1, 0 }));
 
     // A state published by the host is used as it is.
     Bnde_SimpleValue<long> hostCount("Busy.Host", 4);

@@ -97,13 +97,13 @@ void tst_Values::timecodeText()
 
 void tst_Values::sortedListStaysSortedAndUnique()
 {
-    SortedValueList<long> list{5, 1, 3};
+    SortedValueList<long> list { 5, 1, 3 };
     QVERIFY(!list.insert(3));
     QVERIFY(list.insert(4));
-    QCOMPARE(list.values(), (std::vector<long>{1, 3, 4, 5}));
+    QCOMPARE(list.values(), (std::vector<long> { 1, 3, 4, 5 }));
     QVERIFY(list.contains(4));
     QCOMPARE(list.removeFrom(4), 2);
-    QCOMPARE(list.values(), (std::vector<long>{1, 3}));
+    QCOMPARE(list.values(), (std::vector<long> { 1, 3 }));
     QVERIFY(!list.remove(7));
     QVERIFY(list.remove(1));
     QCOMPARE(list.first(), 3L);

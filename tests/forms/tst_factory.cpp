@@ -15,7 +15,9 @@
 class TestBoundWidget : public QWidget
 {
 public:
-    explicit TestBoundWidget(QWidget *iParent = nullptr) : QWidget(iParent) { }
+    explicit TestBoundWidget(QWidget *iParent = nullptr)
+        : QWidget(iParent)
+    { }
 };
 
 class tst_Factory : public QObject
@@ -41,7 +43,8 @@ void tst_Factory::initTestCase()
     // The test forms live beside this file: point the resource directory there.
     mSavedResourcePath = Kib_Resource::getResourcePath();
     Kib_Resource::setResourcePath(QFINDTESTDATA("Forms/TestPanel.ui").section('/', 0, -3));
-    new Kiv_SimpleFactoryEntry<TestBoundWidget>("TestBoundWidget", "A bound test widget", QString());
+    new Kiv_SimpleFactoryEntry<TestBoundWidget>("TestBoundWidget", "A bound test widget",
+                                                QString());
 }
 
 void tst_Factory::classEntryDescribesItself()
@@ -52,7 +55,8 @@ void tst_Factory::classEntryDescribesItself()
     QCOMPARE(e->getToolTip(), QString("A bound test widget"));
     QCOMPARE(e->getIncludeFile(), QString("TestBoundWidget.h"));
     QVERIFY(!Kiv_QtWidgetFactoryRegistry::getEntry("Nothing"));
-    auto *nameless = new Kiv_SimpleFactoryEntry<TestBoundWidget>("TestNameless", QString(), QString());
+    auto *nameless
+        = new Kiv_SimpleFactoryEntry<TestBoundWidget>("TestNameless", QString(), QString());
     QCOMPARE(nameless->getToolTip(), QString("TestNameless"));
     QVERIFY(Kiv_QtWidgetFactoryRegistry::getAllKeys().contains("TestNameless"));
 }
@@ -62,8 +66,10 @@ void tst_Factory::createWidgetByName_data()
     QTest::addColumn<QString>("className");
     QTest::addColumn<bool>("withLayout");
     QTest::addColumn<QString>("expectedClass"); // "" = null
-    QTest::newRow("registered, parent with layout") << "TestBoundWidget" << true << "TestBoundWidget";
-    QTest::newRow("registered, parent without layout") << "TestBoundWidget" << false << "TestBoundWidget";
+    QTest::newRow("registered, parent with layout")
+        << "TestBoundWidget" << true << "TestBoundWidget";
+    QTest::newRow("registered, parent without layout")
+        << "TestBoundWidget" << false << "TestBoundWidget";
     QTest::newRow("Qt class falls back") << "QPushButton" << true << "QPushButton";
 }
 

@@ -219,7 +219,7 @@ void tst_Script::scriptMayDestroyItsOwnerWhileRunning()
     QVERIFY(owner->connect({}, nullptr));
     QVERIFY(owner->run());
     QVERIFY(!owner);
-    QCOMPARE(log, QStringList({"Close", "After"}));
+    QCOMPARE(log, QStringList({ "Close", "After" }));
 }
 
 QTEST_MAIN(tst_Script)
