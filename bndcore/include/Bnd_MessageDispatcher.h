@@ -24,50 +24,6 @@ template<class TMsg> struct Bnd_SimpleDispatcherHelper
     }
 };
 
-/// The table that routes the messages of an API to member functions of a widget:
-///
-///     typedef Bndt_SimpleValue_API<QString> API;
-///     mDispatcher.add<API::MsgGet>(&Kiv_LineEdit::handleModelTextGet)
-///                .add<API::MsgSet>(&Kiv_LineEdit::handleModelTextSet);
-///     model->setReceiveMessageCB(mDispatcher.callback());
-///
-/// A message without a route answers Bnd_Status::NotHandled. The dispatcher must outlive the
-/// models it serves (keep it beside them in the widget).
-template<class TAPI, class TWidget> class Bnd_SimpleMessageDispatcher
-{
-public:
-    explicit Bnd_SimpleMessageDispatcher(TWidget *iWidget)
-        : mWidget(iWidget)
-    { }
-
-    template<class TMsg> Bnd_SimpleMessageDispatcher &add(void (TWidget::*iHandler)(const TMsg &))
-    {
-        mRoutes.push_back(Bnd_SimpleDispatcherHelper<TMsg>::make(mWidget, iHandler));
-        return *this;
-    }
-
-    /// Hands the message to its route; answers whether one took it.
-    bool dispatch(const Bnd_MessageInterface &iMsg) const
-    {
-        for (const auto &route : mRoutes)
-            if (route(iMsg))
-                return true;
-        iMsg.setStatus(Bnd_Status::NotHandled);
-        return false;
-    }
-
-    boost::function<void(const Bnd_MessageInterface &)> callback() const
-    {
-        return [this](const Bnd_MessageInterface &iMsg) {
-            dispatch(iMsg);
-        };
-    }
-
-private:
-    TWidget *mWidget;
-    std::vector<boost::function<bool(const Bnd_MessageInterface &)>> mRoutes;
-};
-
 /// Routes an element message (carried by Bndt_Array_API::MsgWithIndex) to a member function
 /// taking the index and the inner message.
 template<class TMsg> struct Bnd_DispatcherHelperWithIndex
@@ -88,9 +44,65 @@ template<class TMsg> struct Bnd_DispatcherHelperWithIndex
     }
 };
 
+/// The routes of a dispatcher: each takes the messages of one type and answers whether it did.
+class Bnd_DispatchTable
+{
+public:
+    typedef boost::function<bool(const Bnd_MessageInterface &)> Route;
+
+    /// Hands the message to its route; answers whether one took it. A message without a route
+    /// answers Bnd_Status::NotHandled.
+    bool dispatch(const Bnd_MessageInterface &iMsg) const
+    {
+        for (const Route &route : mRoutes)
+            if (route(iMsg))
+                return true;
+        iMsg.setStatus(Bnd_Status::NotHandled);
+        return false;
+    }
+
+    /// A receive callback for a model. The table must outlive the model (keep both in the
+    /// widget, the table first).
+    boost::function<void(const Bnd_MessageInterface &)> callback() const
+    {
+        return [this](const Bnd_MessageInterface &iMsg) {
+            dispatch(iMsg);
+        };
+    }
+
+protected:
+    void addRoute(Route iRoute) { mRoutes.push_back(std::move(iRoute)); }
+
+private:
+    std::vector<Route> mRoutes;
+};
+
+/// The table that routes the messages of an API to member functions of a widget:
+///
+///     typedef Bndt_SimpleValue_API<QString> API;
+///     mDispatcher.add<API::MsgGet>(&Kiv_LineEdit::handleModelTextGet)
+///                .add<API::MsgSet>(&Kiv_LineEdit::handleModelTextSet);
+///     model->setReceiveMessageCB(mDispatcher.callback());
+template<class TAPI, class TWidget> class Bnd_SimpleMessageDispatcher : public Bnd_DispatchTable
+{
+public:
+    explicit Bnd_SimpleMessageDispatcher(TWidget *iWidget)
+        : mWidget(iWidget)
+    { }
+
+    template<class TMsg> Bnd_SimpleMessageDispatcher &add(void (TWidget::*iHandler)(const TMsg &))
+    {
+        addRoute(Bnd_SimpleDispatcherHelper<TMsg>::make(mWidget, iHandler));
+        return *this;
+    }
+
+private:
+    TWidget *mWidget;
+};
+
 /// The indexed counterpart of Bnd_SimpleMessageDispatcher, for widgets that publish arrays or
 /// containers. Plain messages can be routed too (add).
-template<class TWidget> class Bnd_ContainerMessageDispatcher
+template<class TWidget> class Bnd_ContainerMessageDispatcher : public Bnd_DispatchTable
 {
 public:
     explicit Bnd_ContainerMessageDispatcher(TWidget *iWidget)
@@ -100,33 +112,16 @@ public:
     template<class TMsg>
     Bnd_ContainerMessageDispatcher &addWithIndex(void (TWidget::*iHandler)(long, const TMsg &))
     {
-        mRoutes.push_back(Bnd_DispatcherHelperWithIndex<TMsg>::make(mWidget, iHandler));
+        addRoute(Bnd_DispatcherHelperWithIndex<TMsg>::make(mWidget, iHandler));
         return *this;
     }
     template<class TMsg>
     Bnd_ContainerMessageDispatcher &add(void (TWidget::*iHandler)(const TMsg &))
     {
-        mRoutes.push_back(Bnd_SimpleDispatcherHelper<TMsg>::make(mWidget, iHandler));
+        addRoute(Bnd_SimpleDispatcherHelper<TMsg>::make(mWidget, iHandler));
         return *this;
-    }
-
-    bool dispatch(const Bnd_MessageInterface &iMsg) const
-    {
-        for (const auto &route : mRoutes)
-            if (route(iMsg))
-                return true;
-        iMsg.setStatus(Bnd_Status::NotHandled);
-        return false;
-    }
-
-    boost::function<void(const Bnd_MessageInterface &)> callback() const
-    {
-        return [this](const Bnd_MessageInterface &iMsg) {
-            dispatch(iMsg);
-        };
     }
 
 private:
     TWidget *mWidget;
-    std::vector<boost::function<bool(const Bnd_MessageInterface &)>> mRoutes;
 };
