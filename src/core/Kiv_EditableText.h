@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Kic_EditMenu.h"
 #include "Kiv_ValueBinding.h"
 
 #include <QString>
@@ -65,3 +66,36 @@ struct Kiv_EditState
 /// Whether edit command `iCommand` (Kic_EditCommand, 0 to 6) can be obeyed now; answers false
 /// for a command number the editors do not know and sets `*oKnown` accordingly.
 bool Kiv_EditCommandEnabled(unsigned int iCommand, const Kiv_EditState &iState, bool *oKnown);
+
+/// Runs an edit command on a Qt text editor (a QLineEdit or a QTextEdit): the calls of both
+/// are alike but for deleting the selection, which `iDeleteSelection` does. Answers false for
+/// a command number outside 0 to 6.
+template<class TEditor, class TDelete>
+bool Kiv_RunEditCommand(TEditor &iEditor, unsigned int iCommand, TDelete iDeleteSelection)
+{
+    switch (iCommand) {
+    case Kic_Undo:
+        iEditor.undo();
+        return true;
+    case Kic_Redo:
+        iEditor.redo();
+        return true;
+    case Kic_Cut:
+        iEditor.cut();
+        return true;
+    case Kic_Copy:
+        iEditor.copy();
+        return true;
+    case Kic_Paste:
+        iEditor.paste();
+        return true;
+    case Kic_Delete:
+        iDeleteSelection();
+        return true;
+    case Kic_SelectAll:
+        iEditor.selectAll();
+        return true;
+    default:
+        return false;
+    }
+}

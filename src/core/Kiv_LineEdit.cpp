@@ -70,32 +70,7 @@ bool Kiv_LineEdit::obeyCommand(unsigned int iCommand)
     QString text;
     if (!findCommandStatus(iCommand, enabled, text) || !enabled)
         return false;
-    switch (iCommand) {
-    case Kic_Undo:
-        undo();
-        break;
-    case Kic_Redo:
-        redo();
-        break;
-    case Kic_Cut:
-        cut();
-        break;
-    case Kic_Copy:
-        copy();
-        break;
-    case Kic_Paste:
-        paste();
-        break;
-    case Kic_Delete:
-        del();
-        break;
-    case Kic_SelectAll:
-        selectAll();
-        break;
-    default:
-        return false;
-    }
-    return true;
+    return Kiv_RunEditCommand(*this, iCommand, [this] { del(); });
 }
 
 void Kiv_LineEdit::focusInEvent(QFocusEvent *iEvent)

@@ -65,32 +65,7 @@ bool Kiv_TextEdit::obeyCommand(unsigned int iCommand)
     QString text;
     if (!findCommandStatus(iCommand, enabled, text) || !enabled)
         return false;
-    switch (iCommand) {
-    case Kic_Undo:
-        undo();
-        break;
-    case Kic_Redo:
-        redo();
-        break;
-    case Kic_Cut:
-        cut();
-        break;
-    case Kic_Copy:
-        copy();
-        break;
-    case Kic_Paste:
-        paste();
-        break;
-    case Kic_Delete:
-        textCursor().removeSelectedText();
-        break;
-    case Kic_SelectAll:
-        selectAll();
-        break;
-    default:
-        return false;
-    }
-    return true;
+    return Kiv_RunEditCommand(*this, iCommand, [this] { textCursor().removeSelectedText(); });
 }
 
 void Kiv_TextEdit::focusInEvent(QFocusEvent *iEvent)
