@@ -55,11 +55,16 @@ QPixmap loadImage(const QString &iName, qreal iDevicePixelRatio, bool iMirrored)
     }
     if (pixmap.isNull())
         pixmap = Kib_Resource::loadPixmap(iName);
-    if (pixmap.isNull() || !iMirrored)
-        return pixmap;
-    QImage mirrored = pixmap.toImage().mirrored(true, false);
-    mirrored.setDevicePixelRatio(pixmap.devicePixelRatio());
-    return QPixmap::fromImage(mirrored);
+    return iMirrored ? mirrored(pixmap) : pixmap;
+}
+
+QPixmap mirrored(const QPixmap &iPixmap)
+{
+    if (iPixmap.isNull())
+        return iPixmap;
+    QImage image = iPixmap.toImage().mirrored(true, false);
+    image.setDevicePixelRatio(iPixmap.devicePixelRatio());
+    return QPixmap::fromImage(image);
 }
 
 QSize imageSizeHint(const QPixmap &iPixmap)

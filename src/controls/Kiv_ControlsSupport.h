@@ -30,6 +30,8 @@ void connectScript(Kiv_Script &ioScript, const Bnd_ConnectionEnvironmentPtr &iEn
 /// ratio: above 1, the "@2x" file beside the named one ("Images/Buttons/PlayNormal@2x.png") is
 /// taken when it exists. Mirrored left-to-right when `iMirrored`. Null when nothing loads.
 QPixmap loadImage(const QString &iName, qreal iDevicePixelRatio, bool iMirrored);
+/// The pixmap mirrored left to right (mirroring twice gives the original back).
+QPixmap mirrored(const QPixmap &iPixmap);
 
 /// The size a button drawn from `iPixmap` asks for: the pixmap's size in device-independent
 /// pixels, or 32 by 32 without a pixmap.

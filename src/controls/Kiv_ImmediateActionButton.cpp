@@ -93,9 +93,10 @@ void Kiv_ImmediateActionButton::setImageReversed(bool iReversed)
     if (iReversed == mImageReversed)
         return;
     mImageReversed = iReversed;
-    for (int state = 0; state < cNumberOfImages; ++state)
-        if (!mImageNames[state].isEmpty())
-            setImage(visualState(state), QString::fromUtf8(mImageNames[state]));
+    // Mirror what is shown (a name that failed to load left an older image in place).
+    for (QPixmap &image : mImages)
+        image = Kiv_ControlsSupport::mirrored(image);
+    update();
 }
 
 void Kiv_ImmediateActionButton::setKorvexAutoRepeat(bool iAutoRepeat)

@@ -1,19 +1,23 @@
-// The images of the two image-drawn buttons, set through their properties as a form sets them:
-// the "@2x" file on a screen of device pixel ratio 2 (the whole suite runs on one, see main()),
-// the sizeHint, a name that does not load, and mirroring.
+// The image-drawn buttons' images at device pixel ratio 2: "@2x" files, failed loads, mirroring.
 
 #include "ButtonTestSupport.h"
 
 #include "Kiv_ImmediateActionButton.h"
 #include "Kiv_PlayButton.h"
 
-#include <QApplication>
 #include <QTemporaryDir>
 #include <QtTest>
 
-#include <memory>
+[[maybe_unused]] static const bool cScaled = qputenv("QT_SCALE_FACTOR", "2"); // before main
 
-using namespace ButtonTest;
+// The file as shown at device pixel ratio 2: a file without a 2x version drawn twice as large.
+static QImage shown(const QString &iFile, bool iMirrored)
+{
+    QImage image = ButtonTest::resourceImage(iFile).mirrored(iMirrored, false);
+    if (!iFile.contains(QLatin1String("@2x")))
+        image = image.scaled(image.size() * 2, Qt::IgnoreAspectRatio, Qt::FastTransformation);
+    return image;
+}
 
 class tst_ButtonImages : public QObject
 {
@@ -21,144 +25,57 @@ class tst_ButtonImages : public QObject
 
 private slots:
     void initTestCase();
-    void cleanupTestCase();
     void images_data();
     void images();
-    void reversed_data();
-    void reversed();
-
-private:
-    QTemporaryDir mDir;
-    QString mOldResourcePath;
 };
-
-namespace {
-
-std::unique_ptr<QWidget> makeButton(const QString &iKind, const QString &iImage)
-{
-    std::unique_ptr<QWidget> button;
-    if (iKind == QLatin1String("immediate"))
-        button = std::make_unique<Kiv_ImmediateActionButton>();
-    else
-        button = std::make_unique<Kiv_PlayButton>();
-    if (!iImage.isEmpty())
-        button->setProperty("normalImage", iImage.toUtf8());
-    return button;
-}
-
-// A test image: one colour with a black left column, so its mirror image differs.
-void writeImage(const QString &iPath, QSize iSize, QColor iColour)
-{
-    QImage image(iSize, QImage::Format_ARGB32);
-    image.fill(iColour);
-    for (int y = 0; y < iSize.height(); ++y)
-        image.setPixelColor(0, y, Qt::black);
-    QVERIFY(image.save(iPath));
-}
-
-// The file as shown at device pixel ratio 2: a file without a 2x version drawn twice as large.
-QImage shown(const QString &iFile, bool iMirrored = false)
-{
-    QImage image = resourceImage(iFile).mirrored(iMirrored, false);
-    if (!iFile.contains(QLatin1String("@2x")))
-        image = image.scaled(image.size() * 2, Qt::IgnoreAspectRatio, Qt::FastTransformation);
-    return image;
-}
-
-} // namespace
 
 void tst_ButtonImages::initTestCase()
 {
-    QCOMPARE(qApp->devicePixelRatio(), 2.0);
-    QVERIFY(mDir.isValid());
-    writeImage(mDir.filePath(QStringLiteral("Wide.png")), QSize(48, 20), Qt::blue);
-    writeImage(mDir.filePath(QStringLiteral("Sharp.png")), QSize(24, 24), Qt::green);
-    writeImage(mDir.filePath(QStringLiteral("Sharp@2x.png")), QSize(48, 48), Qt::red);
-    mOldResourcePath = Kib_Resource::getResourcePath();
-    Kib_Resource::setResourcePath(mDir.path());
-}
-
-void tst_ButtonImages::cleanupTestCase()
-{
-    Kib_Resource::setResourcePath(mOldResourcePath);
+    static QTemporaryDir dir;
+    const auto write = [](const char *iName, QSize iSize, QColor iColour) {
+        QImage image(iSize, QImage::Format_ARGB32);
+        image.fill(iColour);
+        image.setPixelColor(0, 0, Qt::black); // so that the mirror image differs
+        return image.save(dir.filePath(iName));
+    };
+    QVERIFY(write("Wide.png", { 48, 20 }, Qt::blue) && write("Sharp.png", { 24, 24 }, Qt::green)
+            && write("Sharp@2x.png", { 48, 48 }, Qt::red));
+    Kib_Resource::setResourcePath(dir.path());
 }
 
 void tst_ButtonImages::images_data()
 {
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<QStringList>("images"); // set one after the other
-    QTest::addColumn<QSize>("expectedSize"); // device-independent
-    QTest::addColumn<QString>("expectedFile"); // shown; empty: none
+    QTest::addColumn<bool>("play"); // else the immediate action button
+    QTest::addColumn<QStringList>("images"); // set one after the other, reversed
+    QTest::addColumn<QString>("file"); // shown
 
-    for (const char *kind : { "immediate", "play" }) {
-        QTest::addRow("%s: none", kind) << kind << QStringList() << QSize(32, 32) << "";
-        QTest::addRow("%s: 1x only", kind)
-            << kind << QStringList { "Wide.png" } << QSize(48, 20) << "Wide.png";
-        QTest::addRow("%s: with 2x", kind)
-            << kind << QStringList { "Sharp.png" } << QSize(24, 24) << "Sharp@2x.png";
-        QTest::addRow("%s: missing keeps the old", kind)
-            << kind << QStringList { "Wide.png", "Gone.png" } << QSize(48, 20) << "Wide.png";
+    for (bool play : { false, true }) {
+        QTest::addRow("%d: with 2x", play) << play << QStringList { "Sharp.png" } << "Sharp@2x.png";
+        QTest::addRow("%d: 1x only, missing keeps the old", play)
+            << play << QStringList { "Wide.png", "Gone.png" } << "Wide.png";
     }
 }
 
 void tst_ButtonImages::images()
 {
-    QFETCH(QString, kind);
+    QFETCH(bool, play);
     QFETCH(QStringList, images);
-    QFETCH(QSize, expectedSize);
-    QFETCH(QString, expectedFile);
+    QFETCH(QString, file);
 
     if (images.contains(QLatin1String("Gone.png")))
         QTest::ignoreMessage(QtWarningMsg, QRegularExpression("cannot load .*Gone.png"));
-    auto button = makeButton(kind, QString());
+    const std::unique_ptr<QWidget> button(play ? static_cast<QWidget *>(new Kiv_PlayButton)
+                                               : new Kiv_ImmediateActionButton);
+    QVERIFY(button->setProperty("imageReversed", true)); // before the image
     for (const QString &image : images)
         button->setProperty("normalImage", image.toUtf8());
-    QCOMPARE(button->property("normalImage").toString(), images.value(images.size() - 1));
-    QCOMPARE(button->sizeHint(), expectedSize);
-    if (!expectedFile.isEmpty())
-        QVERIFY(render(button.get()) == shown(expectedFile));
-}
-
-void tst_ButtonImages::reversed_data()
-{
-    QTest::addColumn<QString>("kind");
-    QTest::addColumn<bool>("reverseFirst"); // before the image is set, else after
-    QTest::addColumn<QString>("image");
-    QTest::addColumn<QString>("expectedFile");
-
-    for (const char *kind : { "immediate", "play" }) {
-        QTest::addRow("%s: reversed, then image", kind) << kind << true << "Sharp.png"
-                                                        << "Sharp@2x.png";
-        QTest::addRow("%s: image, then reversed", kind) << kind << false << "Sharp.png"
-                                                        << "Sharp@2x.png";
-        QTest::addRow("%s: 1x only", kind) << kind << false << "Wide.png"
-                                           << "Wide.png";
-    }
-}
-
-void tst_ButtonImages::reversed()
-{
-    QFETCH(QString, kind);
-    QFETCH(bool, reverseFirst);
-    QFETCH(QString, image);
-    QFETCH(QString, expectedFile);
-
-    auto button = makeButton(kind, reverseFirst ? QString() : image);
-    QVERIFY(button->setProperty("imageReversed", true));
-    if (reverseFirst)
-        button->setProperty("normalImage", image.toUtf8());
-    QVERIFY(render(button.get()) == shown(expectedFile, true));
+    QCOMPARE(button->sizeHint(), shown(file, false).size() / 2);
+    QVERIFY(ButtonTest::render(button.get()) == shown(file, true));
     QVERIFY(button->setProperty("imageReversed", false));
-    QVERIFY(render(button.get()) == shown(expectedFile));
+    QVERIFY(ButtonTest::render(button.get()) == shown(file, false));
+    QVERIFY(button->setProperty("imageReversed", true)); // after the image
+    QVERIFY(ButtonTest::render(button.get()) == shown(file, true));
 }
 
-int main(int argc, char **argv)
-{
-    qputenv("QT_SCALE_FACTOR", "2");
-    QApplication app(argc, argv);
-    tst_ButtonImages test;
-    QTEST_SET_MAIN_SOURCE_PATH
-    return QTest::qExec(&test, argc, argv);
-}
-
+QTEST_MAIN(tst_ButtonImages)
 #include "tst_buttonimages.moc"

@@ -1,5 +1,4 @@
-// Kiv_PlayButton: the play-state and enabled-state models choose the image, a press runs the
-// script unless the button is disabled, and painting leaves the background alone.
+// Kiv_PlayButton: the play-state and enabled-state models choose the image and gate the press.
 
 #include "ButtonTestSupport.h"
 
@@ -8,8 +7,6 @@
 
 #include <QtTest>
 
-#include <memory>
-
 using namespace ButtonTest;
 
 namespace {
@@ -17,6 +14,11 @@ const QByteArray cNormal = "Images/Buttons/PlayNormal.png";
 const QByteArray cCueing = "Images/Buttons/PlayCueing.png";
 const QByteArray cPlaying = "Images/Buttons/PlayPlaying.png";
 const QByteArray cDisabled = "Images/Buttons/PlayDisabled.png";
+
+bool shows(Kiv_PlayButton &iButton, const QByteArray &iImage)
+{
+    return render(&iButton) == resourceImage(QString::fromUtf8(iImage));
+}
 } // namespace
 
 class tst_PlayButton : public QObject
@@ -24,170 +26,59 @@ class tst_PlayButton : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-
     void states_data();
     void states();
-    void enabledWhilePlaying();
-    void press_data();
-    void press();
-    void modelGoesAway();
-    void paintsOnlyTheImage();
-
-private:
-    std::unique_ptr<Kiv_PlayButton> makeButton()
-    {
-        auto button = std::make_unique<Kiv_PlayButton>(
-            nullptr, "play", QStringLiteral("Test.act()"), QStringLiteral("Deck.PlayState"));
-        button->setNormalImage(cNormal);
-        button->setCueingImage(cCueing);
-        button->setPlayingImage(cPlaying);
-        button->setDisabledImage(cDisabled);
-        button->setEnabledStateConnSpec("Deck.canPlay");
-        return button;
-    }
-    static bool shows(Kiv_PlayButton *iButton, const QByteArray &iImage)
-    {
-        return render(iButton) == resourceImage(QString::fromUtf8(iImage));
-    }
-
-    std::unique_ptr<RecordingAction> mAction;
-    std::unique_ptr<Bnde_SimpleValue<QString>> mPlayState;
-    std::unique_ptr<Bnde_SimpleValue<bool>> mCanPlay;
 };
-
-void tst_PlayButton::init()
-{
-    mAction = std::make_unique<RecordingAction>();
-    mPlayState = std::make_unique<Bnde_SimpleValue<QString>>(QStringLiteral("Deck.PlayState"),
-                                                             QStringLiteral("stopped"));
-    QVERIFY(mPlayState->Publish());
-    mCanPlay = std::make_unique<Bnde_SimpleValue<bool>>(QStringLiteral("Deck.canPlay"), true);
-    QVERIFY(mCanPlay->Publish());
-}
-
-void tst_PlayButton::cleanup()
-{
-    mCanPlay.reset();
-    mPlayState.reset();
-    mAction.reset();
-}
 
 void tst_PlayButton::states_data()
 {
     QTest::addColumn<QString>("playState");
+    QTest::addColumn<QByteArray>("enabledConn");
     QTest::addColumn<bool>("canPlay");
-    QTest::addColumn<QByteArray>("expectedImage");
+    QTest::addColumn<QByteArray>("image");
 
-    QTest::newRow("playing") << "playing" << true << cPlaying;
-    QTest::newRow("cueing") << "cueing" << true << cCueing;
-    QTest::newRow("stopped") << "stopped" << true << cNormal;
-    QTest::newRow("empty") << "" << true << cNormal;
-    QTest::newRow("other case") << "Playing" << true << cNormal;
-    QTest::newRow("playing, disabled") << "playing" << false << cDisabled;
-    QTest::newRow("stopped, disabled") << "stopped" << false << cDisabled;
+    const QByteArray conn = "Deck.canPlay";
+    QTest::newRow("playing") << "playing" << conn << true << cPlaying;
+    QTest::newRow("cueing") << "cueing" << conn << true << cCueing;
+    QTest::newRow("stopped") << "stopped" << conn << true << cNormal;
+    QTest::newRow("other case") << "Playing" << conn << true << cNormal;
+    QTest::newRow("disabled") << "playing" << conn << false << cDisabled;
+    QTest::newRow("no enabled model") << "playing" << QByteArray() << false << cPlaying;
 }
 
 void tst_PlayButton::states()
 {
     QFETCH(QString, playState);
+    QFETCH(QByteArray, enabledConn);
     QFETCH(bool, canPlay);
-    QFETCH(QByteArray, expectedImage);
+    QFETCH(QByteArray, image);
 
-    // Both models are there when the button connects.
-    mPlayState->setValue(playState);
-    mCanPlay->setValue(canPlay);
-    auto button = makeButton();
-    button->makeConnections(Bnd_ConnectionEnvironmentPtr());
-    QVERIFY(shows(button.get(), expectedImage));
-    if (!canPlay)
-        return;
+    RecordingAction action;
+    Bnde_SimpleValue<QString> state(QStringLiteral("Deck.PlayState"), playState);
+    Bnde_SimpleValue<bool> enabled(QStringLiteral("Deck.canPlay"), canPlay);
+    QVERIFY(state.Publish() && enabled.Publish());
+    Kiv_PlayButton button(nullptr, "play", QStringLiteral("Test.act()"),
+                          QStringLiteral("Deck.PlayState"));
+    button.setNormalImage(cNormal);
+    button.setCueingImage(cCueing);
+    button.setPlayingImage(cPlaying);
+    button.setDisabledImage(cDisabled);
+    button.setEnabledStateConnSpec(enabledConn);
+    button.makeConnections(Bnd_ConnectionEnvironmentPtr());
+    QVERIFY(shows(button, image));
 
-    // Later play-state changes follow.
-    mPlayState->setValue(QStringLiteral("x"));
-    QVERIFY(shows(button.get(), cNormal));
-    mPlayState->setValue(playState);
-    QVERIFY(shows(button.get(), expectedImage));
-}
-
-void tst_PlayButton::enabledWhilePlaying()
-{
-    mPlayState->setValue(QStringLiteral("playing"));
-    auto button = makeButton();
-    button->makeConnections(Bnd_ConnectionEnvironmentPtr());
-    mCanPlay->setValue(false);
-    QVERIFY(shows(button.get(), cDisabled));
-    // Enabled again while playing: the normal image, until the play state changes.
-    mCanPlay->setValue(true);
-    QVERIFY(shows(button.get(), cNormal));
-    mPlayState->setValue(QStringLiteral("cueing"));
-    QVERIFY(shows(button.get(), cCueing));
-}
-
-void tst_PlayButton::press_data()
-{
-    QTest::addColumn<QByteArray>("enabledSpec");
-    QTest::addColumn<bool>("canPlay");
-    QTest::addColumn<QString>("playState");
-    QTest::addColumn<int>("expectedRuns");
-
-    QTest::newRow("enabled") << QByteArray("Deck.canPlay") << true << "stopped" << 1;
-    QTest::newRow("enabled, playing") << QByteArray("Deck.canPlay") << true << "playing" << 1;
-    QTest::newRow("disabled") << QByteArray("Deck.canPlay") << false << "stopped" << 0;
-    QTest::newRow("no enabled model") << QByteArray() << false << "stopped" << 1;
-}
-
-void tst_PlayButton::press()
-{
-    QFETCH(QByteArray, enabledSpec);
-    QFETCH(bool, canPlay);
-    QFETCH(QString, playState);
-    QFETCH(int, expectedRuns);
-
-    mPlayState->setValue(playState);
-    mCanPlay->setValue(canPlay);
-    auto button = makeButton();
-    button->setEnabledStateConnSpec(enabledSpec);
-    button->makeConnections(Bnd_ConnectionEnvironmentPtr());
-    QTest::mousePress(button.get(), Qt::LeftButton);
-    QCOMPARE(mAction->count(), expectedRuns);
-    // Holding and releasing add nothing.
+    // A press runs the script once unless disabled; holding and releasing add nothing.
+    QTest::mousePress(&button, Qt::LeftButton);
     advance(3000);
-    QTest::mouseRelease(button.get(), Qt::LeftButton);
-    QCOMPARE(mAction->count(), expectedRuns);
-}
-
-void tst_PlayButton::modelGoesAway()
-{
-    mPlayState->setValue(QStringLiteral("cueing"));
-    auto button = makeButton();
-    button->makeConnections(Bnd_ConnectionEnvironmentPtr());
-    mPlayState.reset();
-    mCanPlay.reset();
-    QVERIFY(shows(button.get(), cCueing));
-
-    // A new model of the name is picked up by itself.
-    Bnde_SimpleValue<QString> playState(QStringLiteral("Deck.PlayState"),
-                                        QStringLiteral("playing"));
-    QVERIFY(playState.Publish());
-    QVERIFY(shows(button.get(), cPlaying));
-}
-
-void tst_PlayButton::paintsOnlyTheImage()
-{
-    // No background fill, whatever the palette: without an image nothing is drawn.
-    Kiv_PlayButton button;
-    button.setAutoFillBackground(false);
-    QPalette palette = button.palette();
-    palette.setColor(QPalette::Window, Qt::red);
-    button.setPalette(palette);
-    QCOMPARE(button.sizeHint(), QSize(32, 32));
-    button.resize(32, 32);
-    QImage image(32, 32, QImage::Format_ARGB32_Premultiplied);
-    image.fill(Qt::transparent);
-    button.render(&image, QPoint(), QRegion(), QWidget::RenderFlags());
-    QCOMPARE(image.pixelColor(16, 16), QColor(Qt::transparent));
+    QTest::mouseRelease(&button, Qt::LeftButton);
+    QCOMPARE(action.count(), int(image != cDisabled));
+    if (image != cDisabled)
+        return;
+    // Enabled again while playing: the normal image, until the play state changes.
+    enabled.setValue(true);
+    QVERIFY(shows(button, cNormal));
+    state.setValue(QStringLiteral("cueing"));
+    QVERIFY(shows(button, cCueing));
 }
 
 QTEST_MAIN(tst_PlayButton)
