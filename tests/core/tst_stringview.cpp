@@ -23,14 +23,8 @@ namespace {
 
 QString uniqueName(const char *iLeaf)
 {
-    QString name = QStringLiteral("TstStringView_%1_%2")
-                       .arg(QLatin1String(QTest::currentTestFunction()),
-                            QLatin1String(QTest::currentDataTag()));
-    for (QChar &c : name) {
-        if (!c.isLetterOrNumber())
-            c = QLatin1Char('_');
-    }
-    return name + QLatin1Char('.') + QLatin1String(iLeaf);
+    static int count = 0;
+    return QStringLiteral("TstStringView%1.%2").arg(++count).arg(QLatin1String(iLeaf));
 }
 
 template<class T>
@@ -49,7 +43,7 @@ Bnd_ConnectionEnvironmentPtr environment(const QString &iVariable, const QString
     return env;
 }
 
-/// How many pixels of the view's area are dark (drawn text) when the bridge paints.
+// How many pixels of the view's area are dark (drawn text) when the bridge paints.
 int darkPixels(QWidget &iBridge)
 {
     QImage image(iBridge.size(), QImage::Format_RGB32);
@@ -63,34 +57,54 @@ int darkPixels(QWidget &iBridge)
     return dark;
 }
 
-/// A plain container view, to host a view away from the bridge's corner.
-class Panel : public Kiv_ContainerViewBase
+// A plain container, to host a view away from the bridge's corner.
+struct Panel : Kiv_ContainerViewBase
 {
-public:
-    Panel() = default;
-    std::unique_ptr<Kiv_ViewInterface> clone() const override
-    {
-        return std::unique_ptr<Kiv_ViewInterface>(new Panel(*this));
+    std::unique_ptr<Kiv_ViewInterface> clone() const override { return nullptr; }
+};
+
+// Makes a value view of iKind bound to iConnection; oText reads its text.
+Kiv_ViewBase *makeView(const QString &iKind, const QString &iConnection,
+                       std::function<QString()> &oText)
+{
+    if (iKind == QLatin1String("long")) {
+        auto *v = new Kiv_LongIntView;
+        v->setPrintfFormat("Frame %04ld");
+        v->setConnectionName(iConnection);
+        oText = [v] {
+            return v->text();
+        };
+        return v;
+    } else if (iKind == QLatin1String("date")) {
+        auto *v = new Kiv_DateTimeView;
+        v->setDateTimeFormat(QStringLiteral("dd.MM.yyyy hh:mm"));
+        v->setConnectionSpec(iConnection);
+        oText = [v] {
+            return v->text();
+        };
+        return v;
+    } else if (iKind == QLatin1String("bool")) {
+        auto *v = new Kiv_BoolTextView;
+        v->setTexts(QStringLiteral("online"), QStringLiteral("offline"));
+        v->setConnectionName(iConnection);
+        oText = [v] {
+            return v->text();
+        };
+        return v;
     }
-
-protected:
-    Panel(const Panel &iOther) = default;
-};
-
-/// One kind of value view, made and bound through a common interface.
-struct ViewKind
-{
-    std::function<Kiv_ViewBase *()> make;
-    std::function<void(Kiv_ViewBase *, const QString &)> bind;
-    std::function<QString(Kiv_ViewBase *)> text;
-};
+    auto *v = new Kiv_TextView;
+    v->SetNameConnection(iConnection);
+    oText = [v] {
+        return v->text();
+    };
+    return v;
+}
 
 typedef std::function<std::unique_ptr<Bnd_ModelBase>(const QString &)> ModelFactory;
 
 } // namespace
 
 Q_DECLARE_METATYPE(ModelFactory)
-Q_DECLARE_METATYPE(ViewKind)
 
 class tst_StringView : public QObject
 {
@@ -106,102 +120,43 @@ private slots:
     void editorEditsTheShownModel();
     void editingRefused_data();
     void editingRefused();
-    void doubleClickStartsEditing();
-    void viewGoingAwayRemovesEditor();
 };
 
 void tst_StringView::viewsShowTheirValue_data()
 {
-    QTest::addColumn<ViewKind>("kind");
+    QTest::addColumn<QString>("kind");
     QTest::addColumn<ModelFactory>("model"); // null: no model
     QTest::addColumn<QString>("expected");
-
-    const ViewKind longView { [] {
-                                 auto *v = new Kiv_LongIntView;
-                                 v->setPrintfFormat("Frame %04ld");
-                                 return v;
-                             },
-                              [](Kiv_ViewBase *v, const QString &c) {
-                                  static_cast<Kiv_LongIntView *>(v)->setConnectionName(c);
-                              },
-                              [](Kiv_ViewBase *v) {
-                                  return static_cast<Kiv_LongIntView *>(v)->text();
-                              } };
-    const ViewKind dateView { [] {
-                                 auto *v = new Kiv_DateTimeView;
-                                 v->setDateTimeFormat(QStringLiteral("dd.MM.yyyy hh:mm"));
-                                 return v;
-                             },
-                              [](Kiv_ViewBase *v, const QString &c) {
-                                  static_cast<Kiv_DateTimeView *>(v)->setConnectionSpec(c);
-                              },
-                              [](Kiv_ViewBase *v) {
-                                  return static_cast<Kiv_DateTimeView *>(v)->text();
-                              } };
-    const ViewKind boolView { [] {
-                                 auto *v = new Kiv_BoolTextView;
-                                 v->setTexts(QStringLiteral("online"), QStringLiteral("offline"));
-                                 return v;
-                             },
-                              [](Kiv_ViewBase *v, const QString &c) {
-                                  static_cast<Kiv_BoolTextView *>(v)->setConnectionName(c);
-                              },
-                              [](Kiv_ViewBase *v) {
-                                  return static_cast<Kiv_BoolTextView *>(v)->text();
-                              } };
-    const ViewKind textView { [] { return new Kiv_TextView; },
-                              [](Kiv_ViewBase *v, const QString &c) {
-                                  static_cast<Kiv_TextView *>(v)->SetNameConnection(c);
-                              },
-                              [](Kiv_ViewBase *v) {
-                                  return static_cast<Kiv_TextView *>(v)->text();
-                              } };
-    const ViewKind stringView { [] { return new Kiv_StringView; },
-                                [](Kiv_ViewBase *v, const QString &c) {
-                                    static_cast<Kiv_StringView *>(v)->SetConnectionID(c);
-                                },
-                                [](Kiv_ViewBase *v) {
-                                    return static_cast<Kiv_StringView *>(v)->text();
-                                } };
     auto modelOf = [](auto value) -> ModelFactory {
         return [value](const QString &name) -> std::unique_ptr<Bnd_ModelBase> {
             return publish(name, value);
         };
     };
-
-    QTest::newRow("long") << longView << modelOf(42L) << QStringLiteral("Frame 0042");
-    QTest::newRow("long, no model") << longView << ModelFactory() << QString();
-    QTest::newRow("date-time") << dateView << modelOf(QDateTime(QDate(2024, 3, 9), QTime(14, 5)))
-                               << QStringLiteral("09.03.2024 14:05");
-    QTest::newRow("invalid date-time") << dateView << modelOf(QDateTime()) << QString();
-    QTest::newRow("bool true") << boolView << modelOf(true) << QStringLiteral("online");
-    QTest::newRow("bool false") << boolView << modelOf(false) << QStringLiteral("offline");
-    QTest::newRow("bool, no model") << boolView << ModelFactory() << QString();
-    QTest::newRow("text") << textView << modelOf(QStringLiteral("Line one\nLine two"))
-                          << QStringLiteral("Line one\nLine two");
-    QTest::newRow("string") << stringView << modelOf(QStringLiteral("Interview"))
-                            << QStringLiteral("Interview");
-    QTest::newRow("string, no model") << stringView << ModelFactory() << QString();
+    QTest::newRow("long") << "long" << modelOf(42L) << "Frame 0042";
+    QTest::newRow("long, no model") << "long" << ModelFactory() << "";
+    QTest::newRow("date-time") << "date" << modelOf(QDateTime(QDate(2024, 3, 9), QTime(14, 5)))
+                               << "09.03.2024 14:05";
+    QTest::newRow("invalid date-time") << "date" << modelOf(QDateTime()) << "";
+    QTest::newRow("bool true") << "bool" << modelOf(true) << "online";
+    QTest::newRow("bool false") << "bool" << modelOf(false) << "offline";
+    QTest::newRow("text") << "text" << modelOf(QStringLiteral("One\nTwo")) << "One\nTwo";
 }
 
 void tst_StringView::viewsShowTheirValue()
 {
-    QFETCH(ViewKind, kind);
+    QFETCH(QString, kind);
     QFETCH(ModelFactory, model);
     QFETCH(QString, expected);
-
     const QString name = uniqueName("Value");
     const std::unique_ptr<Bnd_ModelBase> published = model ? model(name) : nullptr;
     Kiv_BridgeQWidget bridge;
-    Kiv_ViewBase *view = kind.make();
+    std::function<QString()> text;
+    Kiv_ViewBase *view = makeView(kind, QStringLiteral("$Clip.Value"), text);
     view->setSize(QSize(240, 40));
     bridge.setChild(view);
-    kind.bind(view, QStringLiteral("$Clip.Value"));
-    QCOMPARE(kind.text(view), QString()); // waits for the environment
-
-    bridge.makeConnections(
-        environment(QStringLiteral("Clip"), name.section(QLatin1Char('.'), 0, 0)));
-    QCOMPARE(kind.text(view), expected);
+    QCOMPARE(text(), QString()); // waits for the environment
+    bridge.makeConnections(environment(QStringLiteral("Clip"), name.section('.', 0, 0)));
+    QCOMPARE(text(), expected);
     QCOMPARE(darkPixels(bridge) > 0, !expected.isEmpty());
 }
 
@@ -213,28 +168,9 @@ void tst_StringView::viewRepaintsOnModelChange()
     view->setSize(QSize(200, 30));
     bridge.setChild(view);
     view->SetConnectionID(model->GetConnectionName());
-    bridge.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bridge));
     QCOMPARE(darkPixels(bridge), 0);
-
-    int paints = 0;
-    struct PaintCounter : QObject
-    {
-        int *count;
-        bool eventFilter(QObject *, QEvent *iEvent) override
-        {
-            if (iEvent->type() == QEvent::Paint)
-                ++*count;
-            return false;
-        }
-    } counter;
-    counter.count = &paints;
-    bridge.installEventFilter(&counter);
-
     model->setValue(QStringLiteral("Interview"));
-    QTRY_VERIFY(paints > 0);
     QVERIFY(darkPixels(bridge) > 0);
-    bridge.removeEventFilter(&counter);
 }
 
 void tst_StringView::clonesBindPerRow()
@@ -274,7 +210,7 @@ void tst_StringView::longIntViewRefusesBadFormat()
 void tst_StringView::editorEditsTheShownModel_data()
 {
     QTest::addColumn<bool>("published");
-    QTest::addColumn<QPoint>("origin"); // of the view inside a panel; (0, 0): the bridge's top view
+    QTest::addColumn<QPoint>("origin"); // in a panel; (0, 0): the bridge's top view
     QTest::newRow("top view, bound through a variable") << false << QPoint(0, 0);
     QTest::newRow("inside a panel") << false << QPoint(30, 12);
     QTest::newRow("published") << true << QPoint(0, 0);
@@ -284,52 +220,47 @@ void tst_StringView::editorEditsTheShownModel()
 {
     QFETCH(bool, published);
     QFETCH(QPoint, origin);
-
     const QString name = uniqueName("Name");
-    std::unique_ptr<Bnde_SimpleValue<QString>> model;
+    const auto model = published ? nullptr : publish(name, QStringLiteral("Interview"));
     auto *view = new Kiv_StringView;
     view->setSize(QSize(160, 24));
-    view->setReadOnly(false);
-    if (published) {
-        view->SetConnectionID(QStringLiteral("publish ") + name);
-    } else {
-        model = publish(name, QStringLiteral("Interview"));
-        view->SetConnectionID(QStringLiteral("$Clip.Name"));
-    }
+    view->SetConnectionID(published ? "publish " + name : QStringLiteral("$Clip.Name"));
     Kiv_BridgeQWidget bridge;
-    if (origin.isNull()) {
-        bridge.setChild(view);
-    } else {
-        auto *panel = new Panel;
+    auto *panel = origin.isNull() ? nullptr : new Panel;
+    if (panel) {
         panel->setSize(QSize(300, 60));
         view->setOrigin(origin);
-        QVERIFY(panel->AddSubView(view));
-        bridge.setChild(panel);
+        panel->AddSubView(view);
     }
-    bridge.makeConnections(
-        environment(QStringLiteral("Clip"), name.section(QLatin1Char('.'), 0, 0)));
+    bridge.setChild(panel ? static_cast<Kiv_ViewInterface *>(panel) : view);
+    bridge.makeConnections(environment(QStringLiteral("Clip"), name.section('.', 0, 0)));
     bridge.show();
     QVERIFY(QTest::qWaitForWindowExposed(&bridge));
 
-    QVERIFY(view->startEditing());
+    const QPoint inside = origin + QPoint(20, 10);
+    QTest::mouseDClick(&bridge, Qt::LeftButton, {}, inside);
+    QVERIFY(!view->editor()); // read-only
+    view->setReadOnly(false);
+    QTest::mouseDClick(&bridge, Qt::LeftButton, {}, inside);
     Kiv_LineEdit *editor = view->editor();
     QVERIFY(editor);
-    QCOMPARE(editor->parentWidget(), &bridge);
     QCOMPARE(editor->geometry(), QRect(origin, view->getSize()));
     QCOMPARE(editor->GetTextConnection(), Bnd_Utils::Bnd_MakeStaticConnectionSpec(name).toLatin1());
     QCOMPARE(editor->text(), view->text());
-
     editor->selectAll();
     QTest::keyClicks(editor, QStringLiteral("Outro"));
     QCOMPARE(view->text(), QStringLiteral("Outro"));
-    Bnd_ConnectionToModel<Bndt_SimpleValue<QString>> client(name);
-    QCOMPARE(client.getValue(), QStringLiteral("Outro"));
-
-    const QPointer<Kiv_LineEdit> watch(editor);
+    QCOMPARE(Bnd_ConnectionToModel<Bndt_SimpleValue<QString>>(name).getValue(), "Outro");
+    QPointer<Kiv_LineEdit> watch(editor);
     QTest::keyClick(editor, Qt::Key_Return);
     QVERIFY(!view->editor());
     QTRY_VERIFY(watch.isNull());
-    QCOMPARE(view->text(), QStringLiteral("Outro"));
+
+    QVERIFY(view->startEditing()); // removed with its view, later
+    watch = view->editor();
+    bridge.setChild(nullptr);
+    QVERIFY(watch && watch->isHidden());
+    QTRY_VERIFY(watch.isNull());
 }
 
 void tst_StringView::editingRefused_data()
@@ -338,10 +269,9 @@ void tst_StringView::editingRefused_data()
     QTest::addColumn<bool>("modelThere");
     QTest::addColumn<bool>("hosted");
     QTest::addColumn<QString>("warning"); // empty: refused silently
-    QTest::newRow("read-only") << true << true << true << QString();
-    QTest::newRow("no model") << false << false << true << QStringLiteral("has no model to edit");
-    QTest::newRow("not hosted") << false << true << false
-                                << QStringLiteral("is not shown in a widget");
+    QTest::newRow("read-only") << true << true << true << "";
+    QTest::newRow("no model") << false << false << true << "has no model to edit";
+    QTest::newRow("not hosted") << false << true << false << "is not shown in a widget";
 }
 
 void tst_StringView::editingRefused()
@@ -350,7 +280,6 @@ void tst_StringView::editingRefused()
     QFETCH(bool, modelThere);
     QFETCH(bool, hosted);
     QFETCH(QString, warning);
-
     const QString name = uniqueName("Name");
     const auto model = modelThere ? publish(name, QStringLiteral("x")) : nullptr;
     Kiv_BridgeQWidget bridge;
@@ -361,53 +290,12 @@ void tst_StringView::editingRefused()
     view->setName(QStringLiteral("Title"));
     view->setReadOnly(readOnly);
     view->SetConnectionID(name);
-    if (!warning.isEmpty()) {
+    if (!warning.isEmpty())
         QTest::ignoreMessage(
             QtWarningMsg,
-            QRegularExpression(
-                QStringLiteral("^Kiv_StringView::startEditing, view 'Title' %1$").arg(warning)));
-    }
+            QRegularExpression("^Kiv_StringView::startEditing, view 'Title' " + warning + "$"));
     QVERIFY(!view->startEditing());
-    QVERIFY(!view->editor());
     QVERIFY(bridge.findChildren<Kiv_LineEdit *>().isEmpty());
-}
-
-void tst_StringView::doubleClickStartsEditing()
-{
-    const auto model = publish(uniqueName("Name"), QStringLiteral("Interview"));
-    Kiv_BridgeQWidget bridge;
-    auto *view = new Kiv_StringView;
-    view->setSize(QSize(160, 24));
-    bridge.setChild(view);
-    view->SetConnectionID(model->GetConnectionName());
-    bridge.show();
-    QVERIFY(QTest::qWaitForWindowExposed(&bridge));
-
-    QTest::mouseDClick(&bridge, Qt::LeftButton, {}, QPoint(20, 10));
-    QVERIFY(!view->editor()); // read-only
-    view->setReadOnly(false);
-    QTest::mouseDClick(&bridge, Qt::LeftButton, {}, QPoint(20, 10));
-    QVERIFY(view->editor());
-    QCOMPARE(view->editor()->text(), QStringLiteral("Interview"));
-}
-
-void tst_StringView::viewGoingAwayRemovesEditor()
-{
-    const auto model = publish(uniqueName("Name"), QStringLiteral("Interview"));
-    Kiv_BridgeQWidget bridge;
-    auto *view = new Kiv_StringView;
-    view->setSize(QSize(160, 24));
-    view->setReadOnly(false);
-    bridge.setChild(view);
-    view->SetConnectionID(model->GetConnectionName());
-    QVERIFY(view->startEditing());
-    const QPointer<Kiv_LineEdit> watch(view->editor());
-
-    bridge.setChild(nullptr);
-    QVERIFY(watch);
-    QVERIFY(watch->isHidden());
-    QTRY_VERIFY(watch.isNull());
-    model->setValue(QStringLiteral("still fine"));
 }
 
 QTEST_MAIN(tst_StringView)
