@@ -82,6 +82,17 @@ void BM_Listener_DirectWrites(benchmark::State &state)
 }
 BENCHMARK(BM_Listener_DirectWrites);
 
+// A chain of assignments "A=A=...=B" as one hostile file line: parsing must stay linear, so the
+// 64 times longer chain takes about 64 times as long (compared in main()).
+void BM_Script_ParseChain(benchmark::State &state)
+{
+    const QString script = QString(QStringLiteral("A=")).repeated(int(state.range(0))) + 'B';
+    for (auto _ : state)
+        benchmark::DoNotOptimize(Uip_ParseScript(script, nullptr));
+    state.SetBytesProcessed(state.iterations() * script.size() * qsizetype(sizeof(QChar)));
+}
+BENCHMARK(BM_Script_ParseChain)->Arg(1 << 10)->Arg(1 << 16);
+
 } // namespace
 
 int main(int argc, char **argv)
@@ -90,5 +101,6 @@ int main(int argc, char **argv)
     return BenchRatio::runAndCompare(
         argc, argv,
         { { "BM_Script_Evaluate", "BM_Listener_DirectWrites", 5.0 },
-          { "BM_Script_ParseConnectEvaluate", "BM_Listener_DirectWrites", 100.0 } });
+          { "BM_Script_ParseConnectEvaluate", "BM_Listener_DirectWrites", 100.0 },
+          { "BM_Script_ParseChain/65536", "BM_Script_ParseChain/1024", 96.0 } });
 }

@@ -125,8 +125,9 @@ private:
 };
 
 /// An assignment `Target = Source`. It produces no value: in `A = B = C`, B receives C's value
-/// and A an empty variant.
-class KIVCORE_EXPORT Uip_Assign_ParseNode : public Uip_ParseNode
+/// and A an empty variant. A chain nests in the source side; it is walked in loops, so its
+/// length costs no stack.
+class KIVCORE_EXPORT Uip_Assign_ParseNode final : public Uip_ParseNode
 {
 public:
     Uip_Assign_ParseNode(std::unique_ptr<Uip_ParseNode> iTarget,
@@ -145,6 +146,9 @@ public:
     bool isConnected() override;
 
 private:
+    /// The source when it is itself an assignment (the next link of a chain), else null.
+    Uip_Assign_ParseNode *nextInChain() const;
+
     std::unique_ptr<Uip_ParseNode> mTargetP;
     std::unique_ptr<Uip_ParseNode> mSourceP;
 };

@@ -174,30 +174,74 @@ Uip_Assign_ParseNode::Uip_Assign_ParseNode(std::unique_ptr<Uip_ParseNode> iTarge
     , mSourceP(std::move(iSource))
 { }
 
-Uip_Assign_ParseNode::~Uip_Assign_ParseNode() = default;
+// `A = B = C` nests one assignment per "=" in the source side. Every walk over such a chain is
+// a loop, so that a chain of any length needs no stack.
+
+Uip_Assign_ParseNode *Uip_Assign_ParseNode::nextInChain() const
+{
+    return dynamic_cast<Uip_Assign_ParseNode *>(mSourceP.get());
+}
+
+Uip_Assign_ParseNode::~Uip_Assign_ParseNode()
+{
+    // Unlink the chain first: each link then dies without a source to recurse into.
+    std::unique_ptr<Uip_ParseNode> next = std::move(mSourceP);
+    while (auto *link = dynamic_cast<Uip_Assign_ParseNode *>(next.get())) {
+        std::unique_ptr<Uip_ParseNode> after = std::move(link->mSourceP);
+        next = std::move(after);
+    }
+}
 
 bool Uip_Assign_ParseNode::ConnectAndTypeCheck(const Bnd_ConnectionEnvironmentPtr &iEnv,
                                                QWidget *iWidget)
 {
-    if (!mTargetP || !mSourceP)
-        return false;
-    return mTargetP->ConnectAndTypeCheck(iEnv, iWidget)
-        && mSourceP->ConnectAndTypeCheck(iEnv, iWidget);
+    for (Uip_Assign_ParseNode *link = this;;) {
+        if (!link->mTargetP || !link->mSourceP
+            || !link->mTargetP->ConnectAndTypeCheck(iEnv, iWidget))
+            return false;
+        Uip_Assign_ParseNode *next = link->nextInChain();
+        if (!next)
+            return link->mSourceP->ConnectAndTypeCheck(iEnv, iWidget);
+        link = next;
+    }
 }
 
 bool Uip_Assign_ParseNode::Evaluate(Bnd_Variant *)
 {
+    // The innermost assignment takes the value of the last source; every outer one assigns
+    // the empty value an assignment produces, once the one inside it succeeded.
     if (!mTargetP || !mSourceP)
         return false;
     Bnd_Variant value;
-    if (!mSourceP->Evaluate(&value))
+    if (!nextInChain()) // the usual single assignment
+        return mSourceP->Evaluate(&value) && mTargetP->Assign(value);
+
+    std::vector<Uip_Assign_ParseNode *> chain;
+    for (Uip_Assign_ParseNode *link = this; link; link = link->nextInChain()) {
+        if (!link->mTargetP || !link->mSourceP)
+            return false;
+        chain.push_back(link);
+    }
+    if (!chain.back()->mSourceP->Evaluate(&value))
         return false;
-    return mTargetP->Assign(value);
+    for (auto link = chain.rbegin(); link != chain.rend(); ++link) {
+        if (!(*link)->mTargetP->Assign(value))
+            return false;
+        value = Bnd_Variant();
+    }
+    return true;
 }
 
 bool Uip_Assign_ParseNode::isConnected()
 {
-    return (!mTargetP || mTargetP->isConnected()) && (!mSourceP || mSourceP->isConnected());
+    for (Uip_Assign_ParseNode *link = this;;) {
+        if (link->mTargetP && !link->mTargetP->isConnected())
+            return false;
+        Uip_Assign_ParseNode *next = link->nextInChain();
+        if (!next)
+            return !link->mSourceP || link->mSourceP->isConnected();
+        link = next;
+    }
 }
 
 // ---------------------------------------------------------------------------------------------

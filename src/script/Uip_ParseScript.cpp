@@ -4,8 +4,6 @@
 
 #include "Uip_ParseScript.h"
 
-#include <QRegularExpression>
-
 #include <utility>
 #include <vector>
 
@@ -48,7 +46,8 @@ Uip_ParseError makeError(const char *iMessage)
 
 // ---------------------------------------------------------------------------------------------
 // Tokenizer: yields one token per call and consumes its text from the front of the script.
-// An Unknown token consumes nothing, so it comes again on the next call.
+// An Unknown token consumes nothing, so it comes again on the next call. Every token is read
+// by one forward scan from the read position, so tokenizing costs time linear in the script.
 
 class ScriptTokenizer
 {
@@ -70,37 +69,40 @@ public:
 
         const QStringView rest = QStringView(mText).mid(mPos, mEnd - mPos);
         if (rest.startsWith(u"false") || rest.startsWith(u"true")) {
-            // A boolean literal takes the rest of the line with it.
-            static const QRegularExpression cBoolean(QStringLiteral("(false|true).*"));
-            const QRegularExpressionMatch m = matchHere(cBoolean);
-            if (!m.hasMatch())
-                return ScriptToken(TokenKind::Unknown);
-            const bool value = m.capturedView(1) != u"false";
-            mPos = m.capturedEnd(0);
+            // A boolean literal takes the rest of the line with it (up to a line feed).
+            const bool value = rest.startsWith(u"true");
+            const qsizetype lineEnd = mText.indexOf(QLatin1Char('\n'), mPos);
+            mPos = lineEnd < 0 || lineEnd > mEnd ? mEnd : lineEnd;
             return ScriptToken(TokenKind::Expression,
                                std::make_unique<Uip_BooleanLiteral_ParseNode>(value));
         }
 
         const QChar first = rest.front();
         if (first.isLetter() || first == QLatin1Char('$')) {
-            static const QRegularExpression cName(QStringLiteral("[\\w\\.\\$\\[\\]:]+"));
-            const QRegularExpressionMatch m = matchHere(cName);
-            if (!m.hasMatch())
+            // Names take ASCII word characters and . $ [ ] : (a letter outside ASCII may start
+            // the test above but is no name character, so such a name reads as Unknown).
+            qsizetype end = mPos;
+            while (end < mEnd && isNameCharacter(mText.at(end)))
+                ++end;
+            if (end == mPos)
                 return ScriptToken(TokenKind::Unknown);
-            mPos = m.capturedEnd(0);
+            const QString name = mText.mid(mPos, end - mPos);
+            mPos = end;
             return ScriptToken(TokenKind::Expression,
-                               std::make_unique<Uip_Identifier_ParseNode>(m.captured(0)));
+                               std::make_unique<Uip_Identifier_ParseNode>(name));
         }
 
         switch (first.unicode()) {
         case u'"': {
-            static const QRegularExpression cString(QStringLiteral("\"([^\"]*)\""));
-            const QRegularExpressionMatch m = matchHere(cString);
-            if (!m.hasMatch())
-                return ScriptToken(TokenKind::Unknown); // unterminated
-            mPos = m.capturedEnd(0);
+            // No escapes: the text runs to the next double quote. Without one the literal is
+            // unterminated.
+            const qsizetype close = mText.indexOf(QLatin1Char('"'), mPos + 1);
+            if (close < 0 || close >= mEnd)
+                return ScriptToken(TokenKind::Unknown);
+            const QString value = mText.mid(mPos + 1, close - mPos - 1);
+            mPos = close + 1;
             return ScriptToken(TokenKind::Expression,
-                               std::make_unique<Uip_StringLiteral_ParseNode>(m.captured(1)));
+                               std::make_unique<Uip_StringLiteral_ParseNode>(value));
         }
         case u'(':
             ++mPos;
@@ -120,15 +122,11 @@ public:
     }
 
 private:
-    // A non-empty match that starts exactly at the read position; anything else counts as no
-    // match. Matching past the trimmed end can only take trailing blanks, which are discarded.
-    QRegularExpressionMatch matchHere(const QRegularExpression &iPattern) const
+    static bool isNameCharacter(QChar c)
     {
-        QRegularExpressionMatch m = iPattern.match(mText, mPos, QRegularExpression::NormalMatch,
-                                                   QRegularExpression::AnchorAtOffsetMatchOption);
-        if (m.hasMatch() && (m.capturedStart(0) != mPos || m.capturedLength(0) == 0))
-            return QRegularExpressionMatch();
-        return m;
+        const char16_t u = c.unicode();
+        return (u >= u'a' && u <= u'z') || (u >= u'A' && u <= u'Z') || (u >= u'0' && u <= u'9')
+            || u == u'_' || u == u'.' || u == u'$' || u == u'[' || u == u']' || u == u':';
     }
 
     QString mText;
@@ -188,50 +186,59 @@ private:
 };
 
 // ---------------------------------------------------------------------------------------------
-// Assignment stage: a left call stage and, after "=", a nested assignment stage for the right
-// side, so that `A = B = C` nests to the right.
+// Assignment stage: the sides of `A = B = C`, one call stage each, in order. Tokens go to the
+// last side; "=" closes it and opens the next. The tree nests to the right: Assign(A,
+// Assign(B, C)). The sides are kept in a flat list, so a long chain costs neither stack nor
+// time per token.
 
 class AssignStage
 {
 public:
+    AssignStage() { mSides.emplace_back(); }
+
     Uip_ParseError feed(ScriptToken iToken)
     {
-        if (mRightP)
-            return mRightP->feed(std::move(iToken));
         if (iToken.kind != TokenKind::AssignOp)
-            return mLeft.feed(std::move(iToken));
-        Uip_ParseError error = mLeft.feed(ScriptToken(TokenKind::End));
+            return mSides.back().feed(std::move(iToken));
+        Uip_ParseError error = mSides.back().feed(ScriptToken(TokenKind::End));
         if (error.IsError())
             return error;
-        mRightP = std::make_unique<AssignStage>();
+        mSides.emplace_back();
         return Uip_ParseError();
     }
 
+    // Builds every side from the left, then checks them from the innermost assignment out:
+    // the last "=" needs an expression on both sides, each earlier one on its left.
     Uip_ParseError build(ScriptToken &oResult)
     {
-        if (!mRightP)
-            return mLeft.build(oResult);
-        ScriptToken left;
-        Uip_ParseError error = mLeft.build(left);
-        if (error.IsError())
-            return error;
-        ScriptToken right;
-        error = mRightP->build(right);
-        if (error.IsError())
-            return error;
-        if (left.kind != TokenKind::Expression)
-            return makeError("No expression on left side of assignment");
-        if (right.kind != TokenKind::Expression)
-            return makeError("No expression on right side of assignment");
-        oResult = ScriptToken(
-            TokenKind::Expression,
-            std::make_unique<Uip_Assign_ParseNode>(std::move(left.nodeP), std::move(right.nodeP)));
+        std::vector<ScriptToken> sides(mSides.size());
+        for (size_t i = 0; i < mSides.size(); ++i) {
+            Uip_ParseError error = mSides[i].build(sides[i]);
+            if (error.IsError())
+                return error;
+        }
+        if (sides.size() == 1) {
+            oResult = std::move(sides.front());
+            return Uip_ParseError();
+        }
+        std::unique_ptr<Uip_ParseNode> right;
+        for (size_t i = sides.size() - 1; i-- > 0;) {
+            if (sides[i].kind != TokenKind::Expression)
+                return makeError("No expression on left side of assignment");
+            if (!right) {
+                if (sides.back().kind != TokenKind::Expression)
+                    return makeError("No expression on right side of assignment");
+                right = std::move(sides.back().nodeP);
+            }
+            right = std::make_unique<Uip_Assign_ParseNode>(std::move(sides[i].nodeP),
+                                                           std::move(right));
+        }
+        oResult = ScriptToken(TokenKind::Expression, std::move(right));
         return Uip_ParseError();
     }
 
 private:
-    CallStage mLeft;
-    std::unique_ptr<AssignStage> mRightP;
+    std::vector<CallStage> mSides;
 };
 
 // ---------------------------------------------------------------------------------------------

@@ -126,6 +126,8 @@ private slots:
     void windowNames();
     void reconnectFollowsTheNewEnvironment();
     void delayedActionsRunThroughTheParser();
+    void hugeScripts_data();
+    void hugeScripts();
 };
 
 void tst_ParseScript::initTestCase()
@@ -155,6 +157,10 @@ void tst_ParseScript::parse_data()
     addError("two names", "A B", "unexpected");
     addError("unterminated string", "A = \"abc", "unexpected");
     addError("name starts with digit", "1A", "unexpected");
+    addError("hash", "#", "unexpected");
+    addError("nested call", "F(G())", "Unknown token in parenthesis");
+    addError("left side missing inside a chain", "A = = B",
+             "No expression on left side of assignment");
     addError("error after a good statement", "A.go(); B C", "unexpected");
     addShape("blanks and empty statements", " \t ;; A.b  ;  C ;", "Id(A.b);Id(C)");
     addShape("chain nests right", "A = B = C", "Assign(Id(A),Assign(Id(B),Id(C)))");
@@ -193,6 +199,7 @@ void tst_ParseScript::evaluation_data()
     QTest::addColumn<bool>("evaluates");
     QTest::addColumn<QStringList>("log"); // actions, "=result", then changed models
 
+    addEval("empty script", " ;; ", true, true, true);
     addEval("model argument", "T.SetName(T.Name)", true, true, true, { "SetName(old)" });
     addEval("action result", "T.Answer()", true, true, true, { "Answer", "=\"42\"" });
     addEval("name reads its model", "T.Name", true, true, true, { "=\"old\"" });
@@ -351,6 +358,46 @@ void tst_ParseScript::delayedActionsRunThroughTheParser()
     Kiv_InstallScriptRunner(); // installing again keeps it working
     QVERIFY(Bnd_Utils::Bnd_AddDelayedAction({}, "T.SetName(\"again\")"));
     QTRY_COMPARE(models.log, QStringList({ "Go", "SetName(again)" }));
+}
+
+void tst_ParseScript::hugeScripts_data()
+{
+    QTest::addColumn<QString>("script");
+    QTest::addColumn<QString>("error");
+    QTest::addColumn<int>("statements");
+
+    const int pairs = 1 << 19; // a megabyte of "A="
+    QTest::newRow("chain of a megabyte") << QString("A=").repeated(pairs) + "B" << QString() << 1;
+    QTest::newRow("chain without an end")
+        << QString("A=").repeated(pairs) << "No expression on right side of assignment" << 0;
+    QTest::newRow("left side missing deep inside")
+        << QString("A=").repeated(pairs / 2) + "=" + QString("A=").repeated(pairs / 2) + "B"
+        << "No expression on left side of assignment" << 0;
+    QTest::newRow("statements") << QString("T.Go();").repeated(pairs / 4) << QString() << pairs / 4;
+    QTest::newRow("open parens") << QString("(").repeated(pairs) << "Unknown token in parenthesis"
+                                 << 0;
+    QTest::newRow("unterminated string after a chain")
+        << QString("A=").repeated(pairs) + "\"" + QString("x").repeated(pairs) << "unexpected" << 0;
+}
+
+// Scripts come from files: a huge or deeply nested one is parsed in time linear in its length
+// and connected, evaluated and destroyed without deep recursion.
+void tst_ParseScript::hugeScripts()
+{
+    QFETCH(QString, script);
+    QFETCH(QString, error);
+    QFETCH(int, statements);
+
+    Uip_ParseError outcome;
+    std::unique_ptr<Uip_ParseNode> node = Uip_ParseScript(script, &outcome);
+    QCOMPARE(outcome.GetMessage(), error);
+    if (!node)
+        return;
+    QCOMPARE(static_cast<Uip_StatementBlock_ParseNode *>(node.get())->GetStatementCount(),
+             statements);
+    QVERIFY(!node->ConnectAndTypeCheck({}, nullptr)); // nothing is published under these names
+    QVERIFY(!node->isConnected());
+    QVERIFY(!node->Evaluate(nullptr));
 }
 
 QTEST_MAIN(tst_ParseScript)
