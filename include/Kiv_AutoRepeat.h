@@ -51,9 +51,9 @@ public:
     /// are taken as 0.
     void setDelay(int iMs);
     int delay() const { return mDelay; }
-    /// Time between repeats. A task that is already repeating takes the new period at once; one
-    /// still waiting for its first repeat keeps its delay and repeats at the new period after
-    /// that. Negative values are taken as 0 (the scheduler runs a period of 0 as 1 ms).
+    /// Time between repeats. A running task takes it at once: its next firing comes the new
+    /// interval from now, also while it still waits for its first repeat. Negative values are
+    /// taken as 0 (the scheduler runs a period of 0 as 1 ms).
     void setInterval(int iMs);
     int interval() const { return mInterval; }
 

@@ -54,6 +54,7 @@ public:
     bool isScheduled() const { return mScheduled; }
     /// Added as an animation (see TaskScheduler::addTask()).
     bool isAnimation() const { return mAnimation; }
+    /// Whether the task may fire (see setReady()).
     bool isReady() const { return mReady; }
     /// setAbort() was called and the task has not been stopped yet.
     bool isAbortPending() const { return mAbortPending; }
@@ -63,11 +64,12 @@ public:
     /// task's own callback, it sets the period the task re-arms with when the callback
     /// returns, counted from the due time of the current firing.
     void setTimer(int ms);
-    /// A ready task runs on the next event-loop turn instead of waiting for its timer (never
-    /// synchronously inside this call). The flag clears when the task fires; a repeating task
-    /// then resumes its period from that firing. setReady(false) before the firing gives the
-    /// task back its timer-based due time. Setting it on a task that is not scheduled makes
-    /// the next addTask() arm it for the next turn instead of after its delay.
+    /// Arms or holds the task. A task is ready unless told otherwise, and a ready task fires
+    /// when its timer runs out. setReady(false) holds it: its timer keeps counting but it does
+    /// not fire, however long it waits, until setReady(true); then it fires at its due time,
+    /// or on the next event-loop turn when that time has passed meanwhile (once: a repeating
+    /// task does not replay the periods it was held for). The flag belongs to the task and
+    /// stays over addTask() and stopping; runNow() fires a held task too.
     void setReady(bool ready);
     /// If the task is scheduled, runs its callback now, synchronously, as a firing: a one-shot
     /// task is then done, a repeating one fires next one period after now. Does nothing for a
@@ -83,6 +85,7 @@ public:
 
 private:
     friend class TaskSchedulerPrivate;
+    bool isWaiting() const;
 
     QString mName;
     int mPriority;
@@ -93,14 +96,15 @@ private:
 
     // Kept by the scheduler.
     qint64 mDue = 0; // the next firing: the key in the scheduler's queue, with mSeq
-    qint64 mTimerDue = 0; // the firing the timer alone gives; setReady(false) returns to it
+    qint64 mTimerDue = 0; // the firing the timer gives; kept while the task is held
     quint64 mSeq = 0; // arming order, breaks ties between equal due times and priorities
     bool mScheduled = false;
     bool mQueued = false; // waiting in the queue
     bool mHeld = false; // an animation held while animations are paused
     bool mRunning = false; // inside its callback
+    bool mArmedInCallback = false; // added again from inside its callback
     bool mAnimation = false;
-    bool mReady = false;
+    bool mReady = true;
     bool mAbortPending = false;
     bool *mDeletedFlag = nullptr; // set while the callback runs, tells the scheduler of deletion
 };

@@ -105,10 +105,15 @@ void TaskSchedulerPrivate::add(TaskSchedulerTask *task, bool animation)
     arm(task, now() + task->mDelay);
 }
 
+// Queues the task to fire at @p timerDue; a task that is not ready only keeps the time and waits
+// for setReady(true).
 void TaskSchedulerPrivate::arm(TaskSchedulerTask *task, qint64 timerDue)
 {
     task->mTimerDue = timerDue;
-    task->mDue = task->mReady ? std::min(timerDue, now()) : timerDue;
+    task->mDue = timerDue;
+    task->mArmedInCallback = task->mRunning;
+    if (!task->mReady)
+        return;
     task->mSeq = mNextSeq++;
     mQueue.emplace(keyOf(task), task);
     task->mQueued = true;
@@ -134,7 +139,6 @@ void TaskSchedulerPrivate::stop(TaskSchedulerTask *task)
         task->mHeld = false;
     }
     task->mScheduled = false;
-    task->mReady = false;
     task->mAbortPending = false;
     --mScheduledCount;
 }
@@ -146,7 +150,6 @@ void TaskSchedulerPrivate::fire(TaskSchedulerTask *task)
         stop(task);
         return;
     }
-    task->mReady = false;
     if (!task->mRepeat) {
         task->mScheduled = false;
         --mScheduledCount;
@@ -156,6 +159,7 @@ void TaskSchedulerPrivate::fire(TaskSchedulerTask *task)
     bool deleted = false;
     task->mDeletedFlag = &deleted;
     task->mRunning = true;
+    task->mArmedInCallback = false;
     TaskSchedulerTask::Callback callback = std::move(task->mCallback);
     ++mCallbackDepth;
     if (callback)
@@ -168,7 +172,7 @@ void TaskSchedulerPrivate::fire(TaskSchedulerTask *task)
     task->mCallback = std::move(callback);
 
     // Stopped, a one-shot that is done, or added again from the callback.
-    if (!task->mScheduled || task->mQueued || task->mHeld)
+    if (!task->mScheduled || task->mArmedInCallback || task->mHeld)
         return;
     if (task->mAbortPending) {
         stop(task);
@@ -377,10 +381,17 @@ TaskSchedulerTask::~TaskSchedulerTask()
     sched().stop(this);
 }
 
+bool TaskSchedulerTask::isWaiting() const
+{
+    // Scheduled and counting down (queued, or held back as not ready): not held as a paused
+    // animation, and not inside its callback unless it was added again from there.
+    return mScheduled && !mHeld && (!mRunning || mArmedInCallback);
+}
+
 void TaskSchedulerTask::setTimer(int ms)
 {
     mDelay = std::max(ms, 0);
-    if (mQueued) {
+    if (isWaiting()) {
         TaskSchedulerPrivate &d = sched();
         d.unqueue(this);
         d.arm(this, d.now() + mDelay);
@@ -392,11 +403,15 @@ void TaskSchedulerTask::setReady(bool ready)
     if (ready == mReady)
         return;
     mReady = ready;
-    if (mQueued) {
-        TaskSchedulerPrivate &d = sched();
-        d.unqueue(this);
-        d.arm(this, mTimerDue);
+    if (!isWaiting())
+        return;
+    TaskSchedulerPrivate &d = sched();
+    if (!ready) {
+        d.unqueue(this); // held: the due time is kept
+        return;
     }
+    // A timer that ran out while the task was held fires once, on the next turn.
+    d.arm(this, std::max(mTimerDue, d.now()));
 }
 
 void TaskSchedulerTask::runNow()

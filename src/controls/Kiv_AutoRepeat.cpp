@@ -43,7 +43,7 @@ void Kiv_AutoRepeat::setDelay(int iMs)
 void Kiv_AutoRepeat::setInterval(int iMs)
 {
     mInterval = std::max(iMs, 0);
-    if (mTaskP && mPhase == Repeating)
+    if (mTaskP)
         mTaskP->setTimer(mInterval);
 }
 

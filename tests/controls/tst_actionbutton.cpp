@@ -67,38 +67,40 @@ void tst_ActionButton::triggers()
 
 void tst_ActionButton::autoRepeat_data()
 {
-    QTest::addColumn<bool>("autoRepeat");
     QTest::addColumn<int>("holdMs");
     QTest::addColumn<int>("changeAt"); // -1: none
-    QTest::addColumn<bool>("destroy"); // the change: destroyed, else auto-repeat off
+    QTest::addColumn<QString>("change"); // "destroy", "off" (auto-repeat) or "interval N"
     QTest::addColumn<Times>("expected"); // when the script ran, from the press
 
-    QTest::newRow("shorter than the delay") << true << 999 << -1 << false << Times { 999 };
-    QTest::newRow("held 1600 ms") << true << 1600 << -1 << false << Times { 1000, 1500, 1600 };
-    QTest::newRow("off while repeating") << true << 3200 << 1200 << false << Times { 1000, 3200 };
-    QTest::newRow("destroyed while held") << true << 3200 << 1200 << true << Times { 1000 };
+    QTest::newRow("shorter than the delay") << 999 << -1 << "" << Times { 999 };
+    QTest::newRow("held 1600 ms") << 1600 << -1 << "" << Times { 1000, 1500, 1600 };
+    QTest::newRow("off while repeating") << 3200 << 1200 << "off" << Times { 1000, 3200 };
+    QTest::newRow("destroyed while held") << 3200 << 1200 << "destroy" << Times { 1000 };
+    QTest::newRow("interval changed during the delay")
+        << 1000 << 300 << "interval 200" << Times { 500, 700, 900, 1000 };
 }
 
 void tst_ActionButton::autoRepeat()
 {
-    QFETCH(bool, autoRepeat);
     QFETCH(int, holdMs);
     QFETCH(int, changeAt);
-    QFETCH(bool, destroy);
+    QFETCH(QString, change);
     QFETCH(Times, expected);
 
     auto button = makeButton();
-    button->SetKorvexAutoRepeat(autoRepeat);
+    button->SetKorvexAutoRepeat(true);
     button->SetRepeatDelay(1000);
     button->SetRepeatInterval(500);
     button->makeConnections(Bnd_ConnectionEnvironmentPtr());
     QTest::mousePress(button.get(), Qt::LeftButton);
     if (changeAt >= 0) {
         advance(changeAt);
-        if (destroy)
+        if (change == "destroy")
             button.reset();
-        else
+        else if (change == "off")
             button->SetKorvexAutoRepeat(false);
+        else
+            button->SetRepeatInterval(change.section(' ', 1).toInt());
         holdMs -= changeAt;
     }
     advance(holdMs);

@@ -75,19 +75,22 @@ void tst_TaskScheduler::scenario_data()
         << "c@100 a@100 d@100 b@200" << 0;
     QTest::newRow("negative priority") << L { "a 100", "b 100 p-1" } << "add a; add b; advance 100"
                                        << "b@100 a@100" << 0;
-    QTest::newRow("ready: the period counts from the early firing")
-        << L { "a 1000 r" } << "add a; advance 200; ready a; advance 2300"
-        << "a@200 a@1200 a@2200" << 1;
-    QTest::newRow("ready before adding, withdrawn")
-        << L { "a 1000 r" } << "ready a; ready a no; add a; advance 2500"
-        << "a@1000 a@2000" << 1;
+    QTest::newRow("ready is armed: it fires when its timer runs out")
+        << L { "a 750" } << "ready a; add a; advance 749; mark; advance 1"
+        << "mark@749 a@750" << 0;
+    QTest::newRow("not ready holds it; ready again fires once, then the period")
+        << L { "a 100 r" } << "add a; advance 150; ready a no; advance 500; ready a; advance 250"
+        << "a@100 a@650 a@750 a@850" << 1;
+    QTest::newRow("held from the start, released before its time")
+        << L { "a 100" } << "ready a no; add a; advance 60; ready a; advance 100"
+        << "a@100" << 0;
+    QTest::newRow("runNow fires a held task; it stays held")
+        << L { "a 100 r" } << "ready a no; add a; advance 50; runNow a; advance 500"
+        << "a@50" << 1;
     QTest::newRow("added twice") << L { "a 100" } << "add a; advance 50; add a anim; advance 500"
                                  << "a@100" << 0;
     QTest::newRow("deleted") << L { "a 100 r" } << "add a; advance 150; delete a; advance 500"
                              << "a@100" << 0;
-    QTest::newRow("deleted while ready")
-        << L { "a 100" } << "add a; ready a; delete a; events; advance 500"
-        << "" << 0;
     QTest::newRow("deletes itself in its callback")
         << L { "a 100 r | delete a", "b 100 r" } << "add a; add b; advance 350"
         << "a@100 b@100 b@200 b@300" << 1;
@@ -211,25 +214,19 @@ void tst_TaskScheduler::scenario()
 void tst_TaskScheduler::dueTaskRunsOnNextTurn_data()
 {
     QTest::addColumn<bool>("manualClock");
-    QTest::addColumn<bool>("ready"); // a long delay, made ready, rather than a zero delay
-
-    QTest::newRow("zero delay, manual clock") << true << false;
-    QTest::newRow("zero delay, real clock") << false << false;
-    QTest::newRow("ready, real clock") << false << true;
+    QTest::newRow("manual clock") << true;
+    QTest::newRow("real clock") << false;
 }
 
 void tst_TaskScheduler::dueTaskRunsOnNextTurn()
 {
     QFETCH(bool, manualClock);
-    QFETCH(bool, ready);
 
     scheduler().setManualClock(manualClock);
     int runs = 0;
     TaskSchedulerTask task(
-        QStringLiteral("t"), 0, [&runs] { ++runs; }, false, ready ? 60000 : 0, false);
+        QStringLiteral("t"), 0, [&runs] { ++runs; }, false, 0, false);
     scheduler().addTask(&task, false);
-    if (ready)
-        task.setReady(true);
     QCOMPARE(runs, 0);
     QTRY_COMPARE(runs, 1);
     QCoreApplication::processEvents();
