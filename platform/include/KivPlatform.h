@@ -31,14 +31,12 @@ KIVPLATFORM_EXPORT QList<int> supportedLanguageIds();
 /// The identifier of a locale's language; 0 when it has none. The C locale counts as English.
 KIVPLATFORM_EXPORT int languageIdForLocale(const QLocale &locale);
 
-/// Throws away the key presses and releases that were typed ahead: those waiting to be
-/// delivered whose timestamp (QInputEvent::timestamp(), the platform's millisecond count) is
-/// earlier than @p cutoffTimestamp. Key events at or after the cutoff are delivered as usual.
-/// Used after a long operation, so that keys hit while the application was busy do not act on
-/// what comes next. Pending events of other kinds are delivered too, as by
-/// QCoreApplication::processEvents(). GUI thread only.
-KIVPLATFORM_EXPORT void discardTypedAheadKeys(quint64 cutoffTimestamp);
-/// Throws away every key event typed so far and not delivered yet.
+/// Throws away the key events typed ahead: those waiting to be delivered to the GUI thread
+/// (in the system's message queue on Windows, and those posted to Qt's event queue). Nothing
+/// else is delivered or dropped: no event is processed inside the call. Used after a long
+/// operation, so that keys hit while the application was busy do not act on what comes next.
+/// Where the windowing system hands keys to Qt only as the event loop runs (X11, Wayland),
+/// those it still holds are not reached. GUI thread only.
 KIVPLATFORM_EXPORT void discardTypedAheadKeys();
 
 } // namespace KivPlatform

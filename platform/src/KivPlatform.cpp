@@ -167,59 +167,6 @@ const Language *findLanguage(int id)
     return it != end && it->id == id ? it : nullptr;
 }
 
-// Swallows the key events older than a cutoff while installed on the application.
-class KeyDiscardFilter : public QObject
-{
-public:
-    explicit KeyDiscardFilter(quint64 cutoff)
-        : mCutoff(cutoff)
-    { }
-
-protected:
-    bool eventFilter(QObject *watched, QEvent *event) override
-    {
-        switch (event->type()) {
-        case QEvent::ShortcutOverride:
-        case QEvent::KeyPress:
-        case QEvent::KeyRelease:
-            if (static_cast<QInputEvent *>(event)->timestamp() < mCutoff) {
-                // An accepted override keeps a stale key from triggering a shortcut; the key
-                // press that follows is swallowed here too.
-                event->accept();
-                return true;
-            }
-            return false;
-        default:
-            return QObject::eventFilter(watched, event);
-        }
-    }
-
-private:
-    quint64 mCutoff;
-};
-
-void discardKeysBefore(quint64 cutoff, bool everything)
-{
-#ifdef Q_OS_WIN
-    // Key messages still in the thread's queue have not reached Qt yet.
-    MSG msg;
-    while (PeekMessageW(&msg, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_NOREMOVE)) {
-        if (!everything && LONG(msg.time - DWORD(cutoff)) >= 0)
-            break;
-        PeekMessageW(&msg, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE);
-    }
-#else
-    Q_UNUSED(everything)
-#endif
-    QCoreApplication *app = QCoreApplication::instance();
-    if (!app)
-        return;
-    KeyDiscardFilter filter(cutoff);
-    app->installEventFilter(&filter);
-    QCoreApplication::processEvents();
-    app->removeEventFilter(&filter);
-}
-
 } // namespace
 
 namespace KivPlatform {
@@ -283,14 +230,19 @@ int languageIdForLocale(const QLocale &locale)
     return 0;
 }
 
-void discardTypedAheadKeys(quint64 cutoffTimestamp)
-{
-    discardKeysBefore(cutoffTimestamp, false);
-}
-
 void discardTypedAheadKeys()
 {
-    discardKeysBefore(std::numeric_limits<quint64>::max(), true);
+#ifdef Q_OS_WIN
+    // Keys typed while the thread was busy wait in its message queue; Qt has not read them.
+    MSG msg;
+    while (PeekMessageW(&msg, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) { }
+#endif
+    if (!QCoreApplication::instance())
+        return;
+    // Key events that reached Qt already wait among the thread's posted events.
+    for (const QEvent::Type type :
+         { QEvent::ShortcutOverride, QEvent::KeyPress, QEvent::KeyRelease })
+        QCoreApplication::removePostedEvents(nullptr, type);
 }
 
 } // namespace KivPlatform

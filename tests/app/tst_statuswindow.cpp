@@ -27,6 +27,7 @@ private slots:
     void layout_data();
     void layout();
     void callbackOnceOnDestruction();
+    void hideDeliversNothing();
 };
 
 void tst_StatusWindow::layout_data()
@@ -83,6 +84,29 @@ void tst_StatusWindow::callbackOnceOnDestruction()
         QCOMPARE(gCallbackCalls, 0);
     } // the parent takes the window with it
     QCOMPARE(gCallbackCalls, 1);
+}
+
+// Hiding discards the keys typed meanwhile and delivers no other event: a pending event that
+// destroys the window must not run inside hideWindow().
+void tst_StatusWindow::hideDeliversNothing()
+{
+    auto window = shownWindow(QSize(208, 68), true);
+    QCoreApplication::postEvent(window.get(), new QKeyEvent(QEvent::KeyPress, Qt::Key_A, {}));
+    struct Destroyer : QObject
+    {
+        std::unique_ptr<Kiv_StatusWindow> *window;
+        bool event(QEvent *) override
+        {
+            window->reset();
+            return true;
+        }
+    } destroyer;
+    destroyer.window = &window;
+    QCoreApplication::postEvent(&destroyer, new QEvent(QEvent::User));
+    window->hideWindow();
+    QVERIFY(window && !window->isVisible());
+    QCoreApplication::sendPostedEvents();
+    QVERIFY(!window);
 }
 
 QTEST_MAIN(tst_StatusWindow)
