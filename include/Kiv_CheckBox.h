@@ -11,12 +11,12 @@
 
 /// A check box whose visibility, enabled state and checked state follow three bool models.
 ///
-/// Without a model, the box is visible and unchecked; it is enabled only while its checked
-/// state is bound to a model and the enabled model (if any) says so, so a box that cannot send
-/// its state is never clickable. A click sends the new state to the checked model; a model that
-/// refuses it as read-only gets the box put back, without another message. The three states
-/// are only read from models ("publish" is refused). The font connection is that of
-/// Kiv_FontConnection.
+/// Without a model, the box is unchecked and its visibility is the host's (show(), hide()); it
+/// is enabled only while its checked state is bound to a model and the enabled model (if any)
+/// says so, so a box that cannot send its state is never clickable. A click sends the new state to
+/// the checked model; a model that refuses it as read-only gets the box put back, without another
+/// message. The three states are only read from models ("publish" is refused). The font connection
+/// is that of Kiv_FontConnection.
 class KIVCORE_EXPORT Kiv_CheckBox : public QCheckBox, public Kiv_WidgetConnectInterface
 {
     Q_OBJECT
@@ -58,4 +58,6 @@ private:
     Kiv_FontConnection mFont;
     /// Raised while the box shows a state it did not get from the user.
     bool mShowingModelState = false;
+    /// The visible model hid the box.
+    bool mHiddenByModel = false;
 };

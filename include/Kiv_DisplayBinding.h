@@ -33,11 +33,11 @@ public:
         : mBinding(iOwner)
         , mUnbound(iUnboundValue)
         , mPublished(iUnboundValue)
-        , mSetterName(iSetterName)
-        , mPublishing(iPublishing)
     {
         mBinding.onChanged([this] { changed(); });
-        if (mPublishing == MayPublish) {
+        if (iPublishing == ListenOnly) {
+            mBinding.refusePublishing(iSetterName);
+        } else {
             mBinding.onPublishedGet([this] { return mPublished; });
             mBinding.onPublishedSet([this](const T &iValue) {
                 if (Bnd_ValueTraits::equals(mPublished, iValue))
@@ -61,21 +61,26 @@ public:
             return false;
         mPublished = mUnbound;
         mWasGiven = mWasGiven || !iString.isEmpty();
-        if (mBinding.isPublished() && mPublishing == ListenOnly) {
-            qWarning().noquote().nospace()
-                << mSetterName << ", this value is only read from a model; '"
-                << QString::fromUtf8(iString) << "' left unbound";
-            mBinding.clear();
-        }
         changed();
         return true;
     }
     const QByteArray &connectionString() const { return mBinding.connectionString(); }
+    /// Takes the connection of the binding of the view this one is a copy of: a copy of a
+    /// publishing view listens to the original's model (Kiv_ValueBinding::
+    /// connectionStringForCopy()).
+    void copyConnection(const Kiv_DisplayBinding &iOriginal)
+    {
+        setConnectionString(iOriginal.mBinding.connectionStringForCopy());
+    }
     /// Whether a connection string other than "" was ever given. Labels show their host's text
     /// until then.
     bool wasGiven() const { return mWasGiven; }
 
-    void connect(const Bnd_ConnectionEnvironmentPtr &iEnv) { mBinding.connect(iEnv); }
+    /// Binds in the environment; views give their bridge widget for "$Window" names.
+    void connect(const Bnd_ConnectionEnvironmentPtr &iEnv, QWidget *iWindowOf = nullptr)
+    {
+        mBinding.connect(iEnv, iWindowOf);
+    }
     void clear()
     {
         mBinding.clear();
@@ -84,9 +89,9 @@ public:
 
     bool isConnected() const { return mBinding.isConnected(); }
     bool isPublished() const { return mBinding.isPublished(); }
-    /// Whether there is a value to show (a connected model or a published value).
-    bool hasValue() const { return isConnected() || isPublished(); }
-    T value() const { return isPublished() ? mPublished : mBinding.value(mUnbound); }
+    /// Whether there is a value to show (a connected model or a value held by the widget).
+    bool hasValue() const { return isConnected() || mBinding.holdsValue(); }
+    T value() const { return mBinding.holdsValue() ? mPublished : mBinding.value(mUnbound); }
     /// Sends a value to the bound model, echo-guarded; answers the status.
     int send(const T &iValue) { return mBinding.send(iValue); }
 
@@ -104,7 +109,5 @@ private:
     T mUnbound;
     T mPublished;
     std::function<void()> mRefresh;
-    const char *mSetterName;
-    Publishing mPublishing;
     bool mWasGiven = false;
 };

@@ -64,8 +64,6 @@ private:
     QWidget *mOwnerP;
     QByteArray mString;
     std::unique_ptr<Bnd_ListenerBase> mListenerP;
-    /// Dropped listeners, kept until the widget goes away (a callback may still run on one).
-    std::vector<std::unique_ptr<Bnd_ListenerBase>> mRetiredListeners;
     /// The widget's font before a model font was applied; empty while none is applied.
     std::optional<QFont> mOwnFont;
     bool mOwnFontWasSet = false;

@@ -38,8 +38,8 @@ public:
 
     void SetTextConnection(const QByteArray &iConnection);
     QByteArray GetTextConnection() const;
-    /// Drops the binding and forgets the connection string, so setting the same string again
-    /// binds anew.
+    /// Drops the binding (un-publishes the own model, disconnects the listener) and keeps the
+    /// connection string; setting the same string again binds anew.
     void ClearConnection();
     void makeConnections(Bnd_ConnectionEnvironmentPtr iEnv) override;
 

@@ -17,7 +17,8 @@ public:
 
     void SetNameConnection(QString iConnection);
     QString nameConnection() const { return QString::fromUtf8(mValue.connectionString()); }
-    /// Drops the binding and forgets the connection string.
+    /// Drops the binding (un-publishes the own model, disconnects the listener) and keeps the
+    /// connection string; setting the same string again binds anew.
     void ClearConnection();
     /// The text binding.
     Kiv_DisplayBinding<QString> &getConnection() { return mValue; }

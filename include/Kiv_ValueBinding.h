@@ -2,10 +2,13 @@
 
 #include "Bnd_ConnectionToListener.h"
 #include "Bnd_ConnectionToModel.h"
+#include "Bnd_Utils.h"
 #include "Bndt_Root_Notifications.h"
 #include "Kiv_ConnectionUtils.h"
+#include "Kiv_RetireLater.h"
 
 #include <QByteArray>
+#include <QDebug>
 #include <QString>
 
 #include <functional>
@@ -17,16 +20,23 @@ class QWidget;
 /// One bound value of a widget, with the connection-string grammar every single-value widget
 /// shares:
 ///
-/// - the same string again changes nothing (the listener object stays);
+/// - the same string again changes nothing (the listener object stays), unless clear() dropped
+///   the binding meanwhile: then it binds again;
 /// - an empty string leaves the value unbound;
 /// - "publish" (case-sensitive, after trimming), optional blanks and a name: the widget offers
-///   its own model under that name (after "$Window" substitution), answering gets with its
-///   value and taking sets;
+///   its own model under that name, answering gets with its value and taking sets (unless the
+///   binding refuses publishing: see refusePublishing());
 /// - anything else names a model; the listener connects when an environment reaches it
 ///   (connect()), or at once when the name needs none.
 ///
-/// Dropping a binding un-publishes the own model and clears the listener; both are kept (not
-/// deleted) until the widget goes away, so a callback still running on them stays safe.
+/// A name beginning with "$Window" is made unique to the top-level window of the widget
+/// (Kiv_SubscriptionIdentifierSubstitution). A widget gives itself to the constructor and its
+/// published names are resolved at once. A view has no widget of its own: it passes null and
+/// gives its bridge widget to connect(); a name it publishes that needs a window waits until
+/// then, and a listened-to one is resolved anew at every connect().
+///
+/// Dropping a binding detaches the listener or un-publishes the own model at once and deletes
+/// it later (Kiv_RetireLater), so a callback still running on it stays safe.
 ///
 /// The widget supplies what to do on a change (onChanged) and, if it can be published, how to
 /// read and write its value (onPublishedGet, onPublishedSet). Values it sends with send() are
@@ -41,6 +51,7 @@ public:
     explicit Kiv_ValueBinding(QWidget *iOwner = nullptr)
         : mOwner(iOwner)
     { }
+    ~Kiv_ValueBinding() { dropBinding(); }
     Kiv_ValueBinding(const Kiv_ValueBinding &) = delete;
     Kiv_ValueBinding &operator=(const Kiv_ValueBinding &) = delete;
 
@@ -52,58 +63,82 @@ public:
     /// For a published value: take a value set by a listener; answer whether the widget's value
     /// changed (the binding then tells the model's listeners).
     void onPublishedSet(std::function<bool(const T &)> iSet) { mSet = std::move(iSet); }
+    /// Makes "publish" strings an error for a value that is only ever read from a model: such a
+    /// string is logged, naming `iOperation` ("Kiv_CheckBox::setCheckedStateConnectionSpec"),
+    /// and leaves the value unbound; nothing is published.
+    void refusePublishing(const char *iOperation) { mRefusingOperation = iOperation; }
 
-    /// Accepts a connection string; answers false when it equals the stored one.
+    /// Accepts a connection string; answers false when it changes nothing.
     bool setConnectionString(const QByteArray &iString)
     {
-        if (iString == mString && (mHasString || iString.isEmpty()))
+        if (iString == mString && (mHasString || iString.isEmpty()) && !mDropped)
             return false;
         mString = iString;
         mHasString = true;
-        clear();
+        mDropped = false;
+        dropBinding();
         const QString text = QString::fromUtf8(iString);
         const QString trimmed = text.trimmed();
         if (trimmed.startsWith(QLatin1String("publish"))) {
-            const QString name
-                = Kiv_SubscriptionIdentifierSubstitution(trimmed.mid(7).trimmed(), mOwner);
-            mOwnModel = std::make_unique<OwnModel>(name);
-            mOwnModel->setReceiveMessageCB(
-                [this](const Bnd_MessageInterface &m) { receiveOwn(m); });
+            if (mRefusingOperation) {
+                qWarning().noquote().nospace()
+                    << mRefusingOperation << ", this value is only read from a model; '" << text
+                    << "' left unbound";
+                return true;
+            }
+            mPublishName = trimmed.mid(7).trimmed();
+            if (mOwner || !mPublishName.startsWith(QLatin1String("$Window")))
+                publish(mOwner);
         } else if (!trimmed.isEmpty()) {
+            mListenName = text;
             mListener = std::make_unique<Listener>(QString(),
                                                    Bnd_ConnectionEnvironment::blankEnvironment());
             mListener->setReceiveMessageCB([this](const Bnd_MessageInterface &m) { receive(m); });
-            mListener->SetConnectionName(text);
+            mListener->SetConnectionName(listenName(mOwner));
         }
         return true;
     }
     const QByteArray &connectionString() const { return mString; }
-
-    /// Drops the present binding (un-publishes the own model, clears the listener).
-    void clear()
+    /// The connection string for a copy of the widget or view: the same string, except that a
+    /// copy of a publishing one listens to the original's model instead of publishing the name
+    /// a second time (bound to exactly that model once the original has published it).
+    QByteArray connectionStringForCopy() const
     {
-        if (mOwnModel) {
-            mOwnModel->UnPublish();
-            mOwnModel->setReceiveMessageCB(Bnd_ModelBase::ReceiveCallback());
-            mRetiredModels.push_back(std::move(mOwnModel));
-        }
-        if (mListener) {
-            mListener->ClearConnection();
-            mListener->setReceiveMessageCB(Bnd_ListenerBase::ReceiveCallback());
-            mRetiredListeners.push_back(std::move(mListener));
-        }
+        if (mOwnModel && mOwnModel->isPublished())
+            return Bnd_Utils::Bnd_MakeStaticConnectionSpec(mOwnModel->publishedName()).toUtf8();
+        if (!mPublishName.isNull())
+            return mPublishName.toUtf8();
+        return mString;
     }
 
-    /// Binds the listener in the environment (a published value needs nothing).
-    void connect(const Bnd_ConnectionEnvironmentPtr &iEnv)
+    /// Drops the present binding (un-publishes the own model, clears the listener) but keeps
+    /// the connection string: setting the same string again binds anew.
+    void clear()
     {
-        if (mListener)
+        dropBinding();
+        mDropped = true;
+    }
+
+    /// Binds the listener in the environment; `iWindowOf` (or else the owner widget) tells the
+    /// window of "$Window" names. A published value that waited for its window is published.
+    void connect(const Bnd_ConnectionEnvironmentPtr &iEnv, QWidget *iWindowOf = nullptr)
+    {
+        QWidget *widget = iWindowOf ? iWindowOf : mOwner;
+        if (!mPublishName.isNull())
+            publish(widget);
+        if (mListener) {
+            mListener->SetConnectionName(listenName(widget));
             mListener->connect(iEnv);
+        }
     }
 
     bool isBound() const { return mListener || mOwnModel; }
     bool isConnected() const { return mListener && mListener->isConnectedToModel(); }
-    bool isPublished() const { return mOwnModel != nullptr; }
+    /// Whether the widget holds the value itself ("publish"), found by its name or not.
+    bool holdsValue() const { return mOwnModel != nullptr; }
+    /// Whether the widget's own model is findable under its name (publishing a name that is
+    /// taken fails).
+    bool isPublished() const { return mOwnModel && mOwnModel->isPublished(); }
     Listener *listener() const { return mListener.get(); }
     OwnModel *ownModel() const { return mOwnModel.get(); }
     bool echoGuard() const { return mEchoGuard; }
@@ -171,15 +206,46 @@ private:
             notifyPublishedChanged();
     }
 
+    QString listenName(QWidget *iWidget) const
+    {
+        return mListenName.trimmed().startsWith(QLatin1String("$Window"))
+            ? Kiv_SubscriptionIdentifierSubstitution(mListenName, iWidget)
+            : mListenName;
+    }
+
+    // Publishes (or re-publishes, when the window changed) the own model under the name.
+    void publish(QWidget *iWidget)
+    {
+        const QString name = Kiv_SubscriptionIdentifierSubstitution(mPublishName, iWidget);
+        if (!mOwnModel) {
+            mOwnModel = std::make_unique<OwnModel>(name);
+            mOwnModel->setReceiveMessageCB(
+                [this](const Bnd_MessageInterface &m) { receiveOwn(m); });
+        } else if (mOwnModel->GetConnectionName() != name) {
+            mOwnModel->SetConnectionName(name);
+            mOwnModel->Publish(&Bnd_ConnectionDict::Singleton());
+        }
+    }
+
+    void dropBinding()
+    {
+        mPublishName = QString();
+        mListenName.clear();
+        Kiv_RetireLater::model(std::move(mOwnModel));
+        Kiv_RetireLater::listener(std::move(mListener));
+    }
+
     QWidget *mOwner;
     QByteArray mString;
+    QString mPublishName; // null unless publishing
+    QString mListenName; // as given
     std::unique_ptr<Listener> mListener;
     std::unique_ptr<OwnModel> mOwnModel;
-    std::vector<std::unique_ptr<Listener>> mRetiredListeners;
-    std::vector<std::unique_ptr<OwnModel>> mRetiredModels;
     std::function<void()> mOnChanged;
     std::function<T()> mGet;
     std::function<bool(const T &)> mSet;
+    const char *mRefusingOperation = nullptr;
     bool mHasString = false;
+    bool mDropped = false;
     bool mEchoGuard = false;
 };

@@ -71,8 +71,16 @@ Kiv_PointOfInterest Kiv_CheckBox::findPoi(const QString &iName)
 
 void Kiv_CheckBox::updateAppearance()
 {
-    const bool visible = mVisible.value(); // true without a model
-    setVisible(visible);
+    // Only a visible model shows or hides the box: without one, the host's show() and hide()
+    // stand (a box its model hid is shown again when the model goes away).
+    if (mVisible.isConnected()) {
+        const bool visible = mVisible.value();
+        mHiddenByModel = !visible;
+        setVisible(visible);
+    } else if (mHiddenByModel) {
+        mHiddenByModel = false;
+        setVisible(true);
+    }
     const bool checked = mChecked.value(); // false without a model
     showChecked(checked);
     const bool enabled = mEnabled.value(); // true without a model

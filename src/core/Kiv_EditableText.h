@@ -32,6 +32,7 @@ public:
         return mBinding.setConnectionString(iString);
     }
     const QByteArray &connectionString() const { return mBinding.connectionString(); }
+    /// Drops the binding but keeps the string (Kiv_ValueBinding::clear()).
     void clear() { mBinding.clear(); }
     void connect(const Bnd_ConnectionEnvironmentPtr &iEnv) { mBinding.connect(iEnv); }
 

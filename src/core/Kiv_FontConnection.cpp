@@ -1,5 +1,7 @@
 #include "Kiv_FontConnection.h"
 
+#include "Kiv_RetireLater.h"
+
 #include "Bnd_ListenerBase.h"
 #include "Bnd_Variant.h"
 #include "Bndt_Root_Notifications.h"
@@ -69,14 +71,17 @@ Kiv_FontConnection::Kiv_FontConnection(QWidget *iOwner)
     : mOwnerP(iOwner)
 { }
 
-Kiv_FontConnection::~Kiv_FontConnection() = default;
+Kiv_FontConnection::~Kiv_FontConnection()
+{
+    Kiv_RetireLater::listener(std::move(mListenerP));
+}
 
 bool Kiv_FontConnection::setConnectionString(const QByteArray &iString)
 {
     if (iString == mString)
         return false;
     mString = iString;
-    clear(); // a connected listener going gives the widget its own font back (apply())
+    clear();
     const QString text = QString::fromUtf8(iString);
     const QString trimmed = text.trimmed();
     if (trimmed.startsWith(QLatin1String("publish"))) {
@@ -108,11 +113,8 @@ bool Kiv_FontConnection::isConnected() const
 
 void Kiv_FontConnection::clear()
 {
-    if (!mListenerP)
-        return;
-    mListenerP->ClearConnection();
-    mListenerP->setReceiveMessageCB(Bnd_ListenerBase::ReceiveCallback());
-    mRetiredListeners.push_back(std::move(mListenerP));
+    Kiv_RetireLater::listener(std::move(mListenerP));
+    restoreOwnFont(); // the widget gets its own font back
 }
 
 void Kiv_FontConnection::apply()

@@ -36,7 +36,7 @@ QByteArray Kiv_LineEdit::GetTextConnection() const
 
 void Kiv_LineEdit::ClearConnection()
 {
-    mTextP->setConnectionString(QByteArray());
+    mTextP->clear();
 }
 
 void Kiv_LineEdit::makeConnections(Bnd_ConnectionEnvironmentPtr iEnv)

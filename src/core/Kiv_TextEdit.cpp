@@ -37,7 +37,7 @@ QByteArray Kiv_TextEdit::GetTextConnection() const
 
 void Kiv_TextEdit::ClearConnection()
 {
-    mTextP->setConnectionString(QByteArray());
+    mTextP->clear();
 }
 
 void Kiv_TextEdit::makeConnections(Bnd_ConnectionEnvironmentPtr iEnv)

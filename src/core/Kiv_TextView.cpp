@@ -11,7 +11,7 @@ Kiv_TextView::Kiv_TextView(const Kiv_TextView &iOther)
     : Kiv_ViewBase(iOther)
 {
     mValue.onChanged([this] { sendAllBitsChanged(); });
-    mValue.setConnectionString(iOther.mValue.connectionString());
+    mValue.copyConnection(iOther.mValue);
 }
 
 Kiv_TextView::~Kiv_TextView() = default;
@@ -23,7 +23,7 @@ void Kiv_TextView::SetNameConnection(QString iConnection)
 
 void Kiv_TextView::ClearConnection()
 {
-    mValue.setConnectionString(QByteArray());
+    mValue.clear();
 }
 
 QString Kiv_TextView::text() const
@@ -33,7 +33,7 @@ QString Kiv_TextView::text() const
 
 void Kiv_TextView::makeConnections(Bnd_ConnectionEnvironmentPtr iEnv)
 {
-    mValue.connect(iEnv);
+    mValue.connect(iEnv, bridgeWidget());
     Kiv_ViewBase::makeConnections(iEnv);
 }
 

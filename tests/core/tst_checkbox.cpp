@@ -68,6 +68,7 @@ private slots:
     void clickSendsState_data();
     void clickSendsState();
     void publishingIsRefused();
+    void visibilityIsTheHostsWithoutAModel();
     void rebindingChecked();
     void pointOfInterest();
 };
@@ -175,6 +176,10 @@ void tst_CheckBox::publishingIsRefused()
         Form form;
         const QString name = uniqueName("Own");
         const QByteArray connection = "publish " + name.toUtf8();
+        // Refused before anything is published: a listener waiting for the name never sees it.
+        Bnd_ConnectionToModel<Bndt_SimpleValue<bool>> waiting(name);
+        int notifications = 0;
+        waiting.setReceiveMessageCB([&](const Bnd_MessageInterface &) { ++notifications; });
         QTest::ignoreMessage(
             QtWarningMsg,
             QRegularExpression(
@@ -183,7 +188,27 @@ void tst_CheckBox::publishingIsRefused()
             : setter[3] == 'E' ? form.box->setEnabledStateConnectionSpec(connection)
                                : form.box->setCheckedStateConnectionSpec(connection);
         QVERIFY(!Bnd_ConnectionDict::Singleton().contains(name));
+        QCOMPARE(notifications, 0);
         QVERIFY(!form.box->isEnabled());
+    }
+}
+
+// Without a visible model the host decides: binding the other states neither shows a box the
+// host hid nor opens a parentless one as a window.
+void tst_CheckBox::visibilityIsTheHostsWithoutAModel()
+{
+    BoolModel checked(uniqueName("Checked"), true);
+    QVERIFY(checked.Publish());
+    Kiv_CheckBox parentless;
+    Form form;
+    form.show();
+    form.box->hide();
+    for (Kiv_CheckBox *box : { &parentless, form.box }) {
+        box->setCheckedStateConnectionSpec(checked.GetConnectionName().toUtf8());
+        box->setEnabledStateConnectionSpec(uniqueName("Enabled").toUtf8());
+        checked.setValue(!checked.getValue());
+        QVERIFY(!box->isVisible());
+        QVERIFY(box->isEnabled());
     }
 }
 

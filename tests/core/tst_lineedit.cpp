@@ -5,6 +5,7 @@
 #include "Bnde_SimpleValue.h"
 #include "Kic_EditMenu.h"
 #include "Kiv_LineEdit.h"
+#include "Kiv_RetireLater.h"
 #include "Kiv_TextEdit.h"
 
 #include <QtTest>
@@ -98,6 +99,7 @@ private slots:
     void modelChangesAndEchoes();
     void publishedTextAnswersGetAndSet();
     void rebinding();
+    void rebindingInALoopKeepsNothing();
     void commandAvailability_data();
     void commandAvailability();
     void focusFollowsEditMenu();
@@ -205,10 +207,28 @@ void tst_LineEdit::rebinding()
     QCOMPARE(b.getValue(), QStringLiteral("b+"));
     QCOMPARE(a.getValue(), QStringLiteral("a2"));
     editor.l ? editor.l->ClearConnection() : editor.t->ClearConnection();
+    QCOMPARE(editor.w->property("textConnection").toByteArray(), b.GetConnectionName().toUtf8());
     b.setValue(QStringLiteral("b3"));
     QCOMPARE(editor.text(), QStringLiteral("b+"));
     editor.bind(b.GetConnectionName()); // the same name again binds anew
     QCOMPARE(editor.text(), QStringLiteral("b3"));
+}
+
+// What a rebinding drops is freed when the event loop runs, however often it happens.
+void tst_LineEdit::rebindingInALoopKeepsNothing()
+{
+    Editor editor;
+    Bnde_SimpleValue<QString> model(uniqueName("M"), QStringLiteral("m"));
+    QVERIFY(model.Publish());
+    const QString own = "publish " + uniqueName("Own");
+    const int before = Kiv_RetireLater::pendingCount();
+    for (int i = 0; i < 100000; ++i)
+        editor.bind(i % 2 ? model.GetConnectionName() : own);
+    QCOMPARE(Kiv_RetireLater::pendingCount(), before + 99999);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(Kiv_RetireLater::pendingCount(), 0);
+    model.setValue(QStringLiteral("still bound"));
+    QCOMPARE(editor.text(), QStringLiteral("still bound"));
 }
 
 void tst_LineEdit::commandAvailability_data()

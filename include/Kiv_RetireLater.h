@@ -1,0 +1,26 @@
+#pragma once
+
+#include "kivcore_export.h"
+
+#include <memory>
+
+class Bnd_ListenerBase;
+class Bnd_ModelBase;
+
+/// Letting go of the listeners and models a binding no longer uses.
+///
+/// A binding drops its listener or its own model when its connection string changes, often
+/// from inside a notification that is still being delivered through that very object. So the
+/// object is detached at once (the listener's connection cleared, the model un-published, the
+/// receive callback removed: no message reaches the widget through it any more) and deleted
+/// when control returns to the event loop, like QObject::deleteLater(): no callback can be
+/// running on it then, and a widget rebound in a loop does not keep what it dropped. Without an
+/// application object there is no event loop, and the object is deleted at once.
+///
+/// GUI thread only.
+namespace Kiv_RetireLater {
+KIVCORE_EXPORT void listener(std::unique_ptr<Bnd_ListenerBase> iListener);
+KIVCORE_EXPORT void model(std::unique_ptr<Bnd_ModelBase> iModel);
+/// The objects waiting to be deleted.
+KIVCORE_EXPORT int pendingCount();
+} // namespace Kiv_RetireLater

@@ -1,0 +1,80 @@
+#include "Kiv_RetireLater.h"
+
+#include "Bnd_ListenerBase.h"
+#include "Bnd_ModelBase.h"
+
+#include <QCoreApplication>
+#include <QObject>
+
+#include <vector>
+
+namespace {
+
+// The objects retired since the event loop last ran; deleted with the batch, which goes through
+// QObject::deleteLater() and so waits for the event loop (also when a dialog's nested loop is
+// running at the time).
+class Batch : public QObject
+{
+public:
+    ~Batch() override;
+
+    std::vector<std::unique_ptr<Bnd_ListenerBase>> listeners;
+    std::vector<std::unique_ptr<Bnd_ModelBase>> models;
+};
+
+Batch *gBatch = nullptr;
+int gPending = 0;
+
+Batch::~Batch()
+{
+    if (gBatch == this)
+        gBatch = nullptr; // what the deletions below retire goes into a new batch
+    gPending -= int(listeners.size() + models.size());
+    listeners.clear();
+    models.clear();
+}
+
+Batch *currentBatch()
+{
+    if (!gBatch) {
+        gBatch = new Batch;
+        gBatch->deleteLater();
+    }
+    return gBatch;
+}
+
+} // namespace
+
+namespace Kiv_RetireLater {
+
+void listener(std::unique_ptr<Bnd_ListenerBase> iListener)
+{
+    if (!iListener)
+        return;
+    // The owner hears nothing more, not even that the listener lost its model.
+    iListener->setReceiveMessageCB(Bnd_ListenerBase::ReceiveCallback());
+    iListener->ClearConnection();
+    if (!QCoreApplication::instance())
+        return; // deleted here
+    currentBatch()->listeners.push_back(std::move(iListener));
+    ++gPending;
+}
+
+void model(std::unique_ptr<Bnd_ModelBase> iModel)
+{
+    if (!iModel)
+        return;
+    iModel->setReceiveMessageCB(Bnd_ModelBase::ReceiveCallback());
+    iModel->UnPublish();
+    if (!QCoreApplication::instance())
+        return;
+    currentBatch()->models.push_back(std::move(iModel));
+    ++gPending;
+}
+
+int pendingCount()
+{
+    return gPending;
+}
+
+} // namespace Kiv_RetireLater
