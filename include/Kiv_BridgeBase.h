@@ -31,7 +31,9 @@ public:
     /// gives for the point, when the point is on the child.
     QString findUiName(const QPoint &iPoint) override;
     /// Takes ownership of the view (the previous child is deleted); null only deletes the
-    /// present child. The bridges also hook the view up and fit themselves to it.
+    /// present child. The bridges also hook the view up and fit themselves to it. A view that
+    /// has a container (a sub-view, or another bridge's child) is refused with a warning and
+    /// stays where it is.
     virtual void setChild(Kiv_ViewInterface *iView);
     virtual Kiv_ViewInterface *getChild() const;
     /// Gives up the child without deleting it.
@@ -43,6 +45,10 @@ public:
     void setBridgeBackgroundPixmap(const QPixmap &iPixmap, bool iTiled);
 
 protected:
+    /// setChild() without the hooking up: answers whether a new child was taken (false for
+    /// null, for the present child and for a refused view). `iOperation` names the caller in
+    /// the warning.
+    bool acceptChild(Kiv_ViewInterface *iView, const char *iOperation);
     /// Deletes the child. A bridge calls it from its own destructor, while the whole widget
     /// still exists for a view that talks to its container as it goes.
     void deleteChild();

@@ -16,8 +16,9 @@
 /// view (the sub-view that accepted the last press, or the one set explicitly), and key events
 /// to the focus view.
 ///
-/// drawContents() draws the sub-views; clone() is left to the concrete container (the
-/// protected copy constructor copies the sub-views).
+/// A plain container is a view of its own (a group of layered views, say); drawContents() draws
+/// the sub-views, and clone() gives a container with the same settings and a clone of each
+/// sub-view. Containers that draw more derive from it.
 class KIVCORE_EXPORT Kiv_ContainerViewBase : public Kiv_ViewBase, public Kiv_ViewContainerInterface
 {
 public:
@@ -49,6 +50,7 @@ public:
 
     // The view.
     void drawContents(QPainter *iPainter, const QRect &iRect) override;
+    std::unique_ptr<Kiv_ViewInterface> clone() const override;
     /// Binds every sub-view (lowest z-order first), then the container's own tool tip.
     void makeConnections(Bnd_ConnectionEnvironmentPtr iEnv) override;
     void mousePressEvent(QMouseEvent *iEvent, const QPoint &iPos) override;

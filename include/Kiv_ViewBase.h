@@ -109,6 +109,9 @@ public:
     void setDragType(EDragType iType);
     /// The Qt drop actions a drag of that type offers.
     static Qt::DropActions dropActionsFor(EDragType iType);
+    /// The widget the view is drawn in (its container's bridge), or null while it has none.
+    /// Its window is the one "$Window" names of the view refer to.
+    QWidget *bridgeWidget() const;
 
 protected:
     /// A copy has the source's settings but no container, and a tool-tip listener of its own

@@ -17,7 +17,7 @@ Kiv_BoolTextView::Kiv_BoolTextView(const Kiv_BoolTextView &iOther)
     , mFalseText(iOther.mFalseText)
 {
     mValue.onChanged([this] { sendAllBitsChanged(); });
-    mValue.setConnectionString(iOther.mValue.connectionString());
+    mValue.copyConnection(iOther.mValue);
 }
 
 Kiv_BoolTextView::~Kiv_BoolTextView() = default;
@@ -43,7 +43,7 @@ QString Kiv_BoolTextView::text() const
 
 void Kiv_BoolTextView::makeConnections(Bnd_ConnectionEnvironmentPtr iEnv)
 {
-    mValue.connect(iEnv);
+    mValue.connect(iEnv, bridgeWidget());
     Kiv_ViewBase::makeConnections(iEnv);
 }
 

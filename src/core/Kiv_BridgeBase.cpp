@@ -2,6 +2,7 @@
 
 #include "Kiv_ViewContainerInterface.h"
 
+#include <QDebug>
 #include <QPainter>
 #include <QWidget>
 
@@ -40,9 +41,21 @@ QString Kiv_BridgeBase::findUiName(const QPoint &iPoint)
 
 void Kiv_BridgeBase::setChild(Kiv_ViewInterface *iView)
 {
+    acceptChild(iView, "Kiv_BridgeBase::setChild");
+}
+
+bool Kiv_BridgeBase::acceptChild(Kiv_ViewInterface *iView, const char *iOperation)
+{
     if (iView == mChildP.get())
-        return;
+        return false;
+    if (iView && iView->getParent()) {
+        // Its container owns it: taking it too would delete it twice.
+        qWarning().noquote().nospace() << iOperation << ", view '" << iView->getName()
+                                       << "' belongs to a container; not taken";
+        return false;
+    }
     mChildP.reset(iView);
+    return iView != nullptr;
 }
 
 Kiv_ViewInterface *Kiv_BridgeBase::getChild() const

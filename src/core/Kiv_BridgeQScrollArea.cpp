@@ -73,10 +73,11 @@ Kiv_BridgeQScrollArea::~Kiv_BridgeQScrollArea()
 
 void Kiv_BridgeQScrollArea::setChild(Kiv_ViewInterface *iView)
 {
-    Kiv_BridgeBase::setChild(iView);
-    if (iView) {
+    if (acceptChild(iView, "Kiv_BridgeQScrollArea::setChild")) {
         iView->setParent(this);
         iView->setOrigin(QPoint(0, 0));
+    } else if (iView) {
+        return; // refused, or the present child again
     }
     adjustChildToPortSize();
 }

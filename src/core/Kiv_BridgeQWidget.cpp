@@ -26,8 +26,7 @@ Kiv_BridgeQWidget::~Kiv_BridgeQWidget()
 
 void Kiv_BridgeQWidget::setChild(Kiv_ViewInterface *iView)
 {
-    Kiv_BridgeBase::setChild(iView);
-    if (!iView)
+    if (!acceptChild(iView, "Kiv_BridgeQWidget::setChild"))
         return;
     iView->setParent(this);
     iView->setOrigin(QPoint(0, 0));

@@ -33,6 +33,11 @@ Kiv_ContainerViewBase::~Kiv_ContainerViewBase()
     removeAllSubViews();
 }
 
+std::unique_ptr<Kiv_ViewInterface> Kiv_ContainerViewBase::clone() const
+{
+    return std::unique_ptr<Kiv_ViewInterface>(new Kiv_ContainerViewBase(*this));
+}
+
 bool Kiv_ContainerViewBase::AddSubView(Kiv_ViewInterface *iView)
 {
     const char *problem = nullptr;

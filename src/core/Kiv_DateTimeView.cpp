@@ -12,7 +12,7 @@ Kiv_DateTimeView::Kiv_DateTimeView(const Kiv_DateTimeView &iOther)
     , mFormat(iOther.mFormat)
 {
     mValue.onChanged([this] { sendAllBitsChanged(); });
-    mValue.setConnectionString(iOther.mValue.connectionString());
+    mValue.copyConnection(iOther.mValue);
 }
 
 Kiv_DateTimeView::~Kiv_DateTimeView() = default;
@@ -36,7 +36,7 @@ QString Kiv_DateTimeView::text() const
 
 void Kiv_DateTimeView::makeConnections(Bnd_ConnectionEnvironmentPtr iEnv)
 {
-    mValue.connect(iEnv);
+    mValue.connect(iEnv, bridgeWidget());
     Kiv_ViewBase::makeConnections(iEnv);
 }
 

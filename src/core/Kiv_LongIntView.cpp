@@ -15,7 +15,7 @@ Kiv_LongIntView::Kiv_LongIntView(const Kiv_LongIntView &iOther)
     , mFormat(iOther.mFormat)
 {
     mValue.onChanged([this] { sendAllBitsChanged(); });
-    mValue.setConnectionString(iOther.mValue.connectionString());
+    mValue.copyConnection(iOther.mValue);
 }
 
 Kiv_LongIntView::~Kiv_LongIntView() = default;
@@ -45,7 +45,7 @@ QString Kiv_LongIntView::text() const
 
 void Kiv_LongIntView::makeConnections(Bnd_ConnectionEnvironmentPtr iEnv)
 {
-    mValue.connect(iEnv);
+    mValue.connect(iEnv, bridgeWidget());
     Kiv_ViewBase::makeConnections(iEnv);
 }
 

@@ -17,7 +17,7 @@ Kiv_StringView::Kiv_StringView(const Kiv_StringView &iOther)
     : Kiv_ViewBase(iOther)
 {
     mValue.onChanged([this] { sendAllBitsChanged(); });
-    mValue.setConnectionString(iOther.mValue.connectionString());
+    mValue.copyConnection(iOther.mValue);
 }
 
 Kiv_StringView::~Kiv_StringView()
@@ -39,7 +39,7 @@ QString Kiv_StringView::text() const
 QString Kiv_StringView::modelName()
 {
     const Kiv_ValueBinding<QString> &binding = getConnection().binding();
-    if (binding.isPublished())
+    if (binding.holdsValue())
         return binding.ownModel()->publishedName();
     if (binding.isConnected())
         return binding.listener()->GetResolvedConnectionName();
@@ -58,7 +58,7 @@ bool Kiv_StringView::startEditing()
             << "Kiv_StringView::startEditing, view '" << getName() << "' has no model to edit";
         return false;
     }
-    QWidget *bridge = getParent() ? getParent()->getBridgeWidget() : nullptr;
+    QWidget *bridge = bridgeWidget();
     if (!bridge) {
         qWarning().noquote().nospace()
             << "Kiv_StringView::startEditing, view '" << getName() << "' is not shown in a widget";
@@ -93,7 +93,7 @@ void Kiv_StringView::finishEditing()
 
 void Kiv_StringView::makeConnections(Bnd_ConnectionEnvironmentPtr iEnv)
 {
-    mValue.connect(iEnv);
+    mValue.connect(iEnv, bridgeWidget());
     Kiv_ViewBase::makeConnections(iEnv);
 }
 

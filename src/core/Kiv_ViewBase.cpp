@@ -283,7 +283,7 @@ void Kiv_ViewBase::setToolTipConnectionID(const QString &iName)
 
 void Kiv_ViewBase::setAcceptsDrops(bool iAccepts)
 {
-    QWidget *bridge = mParentP ? mParentP->getBridgeWidget() : nullptr;
+    QWidget *bridge = bridgeWidget();
     if (bridge)
         bridge->setAcceptDrops(true);
     else
@@ -325,4 +325,9 @@ Qt::DropActions Kiv_ViewBase::dropActionsFor(EDragType iType)
         break;
     }
     return Qt::IgnoreAction;
+}
+
+QWidget *Kiv_ViewBase::bridgeWidget() const
+{
+    return mParentP ? mParentP->getBridgeWidget() : nullptr;
 }

@@ -164,8 +164,22 @@ void tst_Bridge::setChildSizingAndOwnership()
         std::unique_ptr<Kiv_ViewInterface> taken = bridge.takeChild();
         QVERIFY(!bridge.getChild() && !taken->getParent());
         bridge.setChild(taken.release());
+
+        // A view that a container owns is refused: it would be deleted twice.
+        Kiv_ContainerViewBase group;
+        auto *member = counted(QSize(5, 5));
+        group.AddSubView(member);
+        for (Kiv_BridgeBase *other :
+             { static_cast<Kiv_BridgeBase *>(new Kiv_BridgeQWidget(&bridge)),
+               static_cast<Kiv_BridgeBase *>(new Kiv_BridgeQScrollArea(&bridge)) }) {
+            QTest::ignoreMessage(
+                QtWarningMsg, QRegularExpression("::setChild, view '.*' belongs to a container"));
+            other->setChild(member);
+            QVERIFY(!other->getChild());
+        }
+        QCOMPARE(member->getParent(), static_cast<Kiv_ViewContainerInterface *>(&group));
     }
-    QCOMPARE(deaths, 3); // the destructor deleted the last one
+    QCOMPARE(deaths, 4); // each deleted once: the last child by the bridge, the member by its group
 }
 
 void tst_Bridge::painting_data()

@@ -1,10 +1,13 @@
 // Views and containers: stacking, mouse and keys, names, removal, tool tips and selection.
 #include "Bnd_ConnectionEnvironment.h"
+#include "Bnd_ConnectionToModel.h"
 #include "Bnde_SimpleValue.h"
 #include "Kib_Assert.h"
 #include "Kiv_BlankView.h"
+#include "Kiv_BridgeQWidget.h"
 #include "Kiv_ContainerViewBase.h"
 #include "Kiv_SelectableView.h"
+#include "Kiv_TextView.h"
 
 #include <QPainter>
 #include <QtTest>
@@ -63,10 +66,6 @@ struct Container : Kiv_ContainerViewBase
     {
         setName(QStringLiteral("A"));
         setRectInParent(iRect);
-    }
-    std::unique_ptr<Kiv_ViewInterface> clone() const override
-    {
-        return std::unique_ptr<Kiv_ViewInterface>(new Container(*this));
     }
     ColourView *add(const QString &iName, const QRect &iRect, QColor iColour = Qt::red, int iZ = 0)
     {
@@ -170,6 +169,7 @@ private slots:
     void removeView();
     void addSubViewRefusesWhatItCannotOwn();
     void cloneKeepsZOrder();
+    void windowNamesAndCopiesOfPublishingViews();
     void toolTip_data();
     void toolTip();
     void selection_data();
@@ -411,14 +411,47 @@ void tst_Views::cloneKeepsZOrder()
     Container c(QRect(0, 0, 60, 40));
     c.add("A", QRect(0, 0, 40, 40), Qt::red, 1);
     c.add("B", QRect(20, 0, 40, 40), Qt::green);
-    std::unique_ptr<Kiv_ViewInterface> copy = c.clone();
-    auto *copied = static_cast<Container *>(copy.get());
+    std::unique_ptr<Kiv_ViewInterface> copy = c.clone(); // a plain container's own clone
+    auto *copied = static_cast<Kiv_ContainerViewBase *>(copy.get());
     QCOMPARE(copied->subViews().size(), size_t(2));
     for (const auto &entry : copied->subViews()) {
         QVERIFY(!c.hasSubView(entry.second)); // copies, not shared views
         QCOMPARE(entry.second->getParent(), static_cast<Kiv_ViewContainerInterface *>(copied));
     }
     QCOMPARE(paint(*copied, copied->getLocalDrawingRect()).pixelColor(30, 20), QColor(Qt::red));
+}
+
+// "$Window" names in views belong to the window of the bridge, resolved when the views are
+// connected; a copy of a view that publishes listens to the original's model.
+void tst_Views::windowNamesAndCopiesOfPublishingViews()
+{
+    QWidget window;
+    auto *bridge = new Kiv_BridgeQWidget(new QWidget(&window));
+    auto *group = new Kiv_ContainerViewBase;
+    auto *published = new Kiv_TextView;
+    published->SetNameConnection("publish $Window.Title");
+    auto *listening = new Kiv_TextView;
+    listening->SetNameConnection("$Window.Title");
+    group->AddSubView(published);
+    group->AddSubView(listening);
+    bridge->setChild(group);
+    QVERIFY(!published->getConnection().isPublished()); // waits for its window
+    bridge->makeConnections(Bnd_ConnectionEnvironmentPtr());
+
+    Bnd_ConnectionToModel<Bndt_SimpleValue<QString>> reader(QString::number(quintptr(&window), 16)
+                                                            + "$Window.Title");
+    QVERIFY(reader.isConnectedToModel());
+    reader.setValue("hello");
+    QCOMPARE(published->text(), QString("hello"));
+    QCOMPARE(listening->text(), QString("hello"));
+
+    const std::unique_ptr<Kiv_ViewInterface> copy = group->clone();
+    copy->makeConnections(Bnd_ConnectionEnvironmentPtr());
+    auto *copied = static_cast<Kiv_TextView *>(
+        static_cast<Kiv_ContainerViewBase *>(copy.get())->subViews().begin()->second);
+    QVERIFY(!copied->getConnection().isPublished());
+    reader.setValue("again");
+    QCOMPARE(copied->text(), QString("again"));
 }
 
 void tst_Views::toolTip_data()
