@@ -12,6 +12,7 @@ class QWidget;
 class KIVCORE_EXPORT Kiv_FactoryEntryInterface
 {
 public:
+    /// Takes the entry out of the registry.
     virtual ~Kiv_FactoryEntryInterface();
 
     /// Opens a custom property editor for a widget made by this entry (form designers);

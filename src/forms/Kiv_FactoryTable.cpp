@@ -1,5 +1,8 @@
 // The library's widget classes by name: the one table of what forms can name. Each class is
-// registered with its description (what's-this text and tool tip) when the library is loaded.
+// registered with its description (what's-this text and tool tip) before the registry is first
+// used.
+
+#include "Kiv_FactoryTable.h"
 
 #include "Kiv_SimpleFactoryEntry.h"
 
@@ -30,8 +33,11 @@ template<class T> void add(const char *iClassName, const char *iDescription)
                                   QString::fromLatin1(iDescription), QString());
 }
 
+} // namespace
+
 // In registration order. Classes the library does not have yet are added here as they come.
-const bool gRegistered = [] {
+void Kiv_RegisterLibraryWidgets()
+{
     add<Kiv_ActionButton>("Kiv_ActionButton", "Action model connected button");
     add<Kiv_CheckBox>("Kiv_CheckBox", "Model/View connected check box control");
     add<Kiv_Double>("Kiv_Double", "A Widget to display a double value");
@@ -43,7 +49,4 @@ const bool gRegistered = [] {
                        "QLabel that displays a Model/View connection long value as text");
     add<Kiv_PlayButton>("Kiv_PlayButton", "Immediate action play button for transport control");
     add<Kiv_TextEdit>("Kiv_TextEdit", "QTextEdit connected to or published as string data model");
-    return true;
-}();
-
-} // namespace
+}

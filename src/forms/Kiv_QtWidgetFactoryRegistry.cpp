@@ -1,28 +1,46 @@
 #include "Kiv_QtWidgetFactoryRegistry.h"
 
 #include "Kiv_FactoryEntryInterface.h"
+#include "Kiv_FactoryTable.h"
 
+#include <QDebug>
+#include <QHash>
 #include <QMap>
 
-#include <memory>
+#include <algorithm>
 #include <vector>
 
 namespace {
 struct Registry
 {
-    QMap<QString, Kiv_FactoryEntryInterface *> entries; // sorted by name
-    std::vector<Kiv_FactoryEntryInterface *> replaced; // kept: someone may still hold them
+    // Per name, the live entries registered under it, the newest (the one in use) last.
+    QMap<QString, std::vector<Kiv_FactoryEntryInterface *>> entries;
+    QHash<const Kiv_FactoryEntryInterface *, QStringList> namesOf;
 };
 
-// Made with the first registration and kept until the process ends.
-Registry *&registry()
+// Made on first use and kept until the process ends, so entries that outlive static
+// destruction can still take themselves out.
+Registry &registry()
 {
-    static Registry *r = nullptr;
-    return r;
+    static auto *r = new Registry;
+    return *r;
+}
+
+// The library's own classes go in first, before anything else can be registered or looked up.
+void ensureLibraryTable()
+{
+    static bool started = false;
+    if (started)
+        return;
+    started = true;
+    Kiv_RegisterLibraryWidgets();
 }
 } // namespace
 
-Kiv_FactoryEntryInterface::~Kiv_FactoryEntryInterface() = default;
+Kiv_FactoryEntryInterface::~Kiv_FactoryEntryInterface()
+{
+    Kiv_QtWidgetFactoryRegistry::unregisterEntry(this);
+}
 
 Kiv_QtWidgetFactoryRegistry::Kiv_QtWidgetFactoryRegistry(QObject *iParent)
     : QUiLoader(iParent)
@@ -33,25 +51,50 @@ Kiv_QtWidgetFactoryRegistry::~Kiv_QtWidgetFactoryRegistry() = default;
 void Kiv_QtWidgetFactoryRegistry::registerEntry(const QString &iName,
                                                 Kiv_FactoryEntryInterface *iEntry)
 {
-    Registry *&r = registry();
-    if (!r)
-        r = new Registry;
-    Kiv_FactoryEntryInterface *&slot = r->entries[iName];
-    if (slot && slot != iEntry)
-        r->replaced.push_back(slot);
-    slot = iEntry;
+    ensureLibraryTable();
+    if (!iEntry) {
+        qWarning().noquote().nospace()
+            << "Kiv_QtWidgetFactoryRegistry::registerEntry, null entry for '" << iName
+            << "'; ignored";
+        return;
+    }
+    Registry &r = registry();
+    std::vector<Kiv_FactoryEntryInterface *> &stack = r.entries[iName];
+    const auto present = std::find(stack.begin(), stack.end(), iEntry);
+    if (present != stack.end())
+        stack.erase(present);
+    else
+        r.namesOf[iEntry].append(iName);
+    stack.push_back(iEntry);
+}
+
+void Kiv_QtWidgetFactoryRegistry::unregisterEntry(const Kiv_FactoryEntryInterface *iEntry)
+{
+    Registry &r = registry();
+    const auto names = r.namesOf.constFind(iEntry);
+    if (names == r.namesOf.constEnd())
+        return;
+    for (const QString &name : *names) {
+        const auto stack = r.entries.find(name);
+        stack->erase(std::find(stack->begin(), stack->end(), iEntry));
+        if (stack->empty())
+            r.entries.erase(stack);
+    }
+    r.namesOf.erase(names);
 }
 
 Kiv_FactoryEntryInterface *Kiv_QtWidgetFactoryRegistry::getEntry(const QString &iName)
 {
-    const Registry *r = registry();
-    return r ? r->entries.value(iName, nullptr) : nullptr;
+    ensureLibraryTable();
+    const Registry &r = registry();
+    const auto stack = r.entries.constFind(iName);
+    return stack == r.entries.constEnd() ? nullptr : stack->back();
 }
 
 QList<QString> Kiv_QtWidgetFactoryRegistry::getAllKeys()
 {
-    const Registry *r = registry();
-    return r ? r->entries.keys() : QList<QString>();
+    ensureLibraryTable();
+    return registry().entries.keys();
 }
 
 QWidget *Kiv_QtWidgetFactoryRegistry::createWidget(const QString &iClassName, QWidget *iParent,

@@ -6,7 +6,30 @@
 Kiv_UIFileFactoryEntry::Kiv_UIFileFactoryEntry(const QString &iFormName)
     : mFormName(iFormName)
 {
-    Kiv_QtWidgetFactoryRegistry::registerEntry(iFormName, this);
+    Kiv_QtWidgetFactoryRegistry::registerEntry(mFormName, this);
+}
+
+Kiv_UIFileFactoryEntry::Kiv_UIFileFactoryEntry(const Kiv_UIFileFactoryEntry &iOther)
+    : Kiv_UIFileFactoryEntry(iOther.mFormName)
+{ }
+
+Kiv_UIFileFactoryEntry::Kiv_UIFileFactoryEntry(Kiv_UIFileFactoryEntry &&iOther) noexcept
+    : Kiv_UIFileFactoryEntry(iOther.mFormName)
+{ }
+
+Kiv_UIFileFactoryEntry &Kiv_UIFileFactoryEntry::operator=(const Kiv_UIFileFactoryEntry &iOther)
+{
+    if (this != &iOther) {
+        Kiv_QtWidgetFactoryRegistry::unregisterEntry(this);
+        mFormName = iOther.mFormName;
+        Kiv_QtWidgetFactoryRegistry::registerEntry(mFormName, this);
+    }
+    return *this;
+}
+
+Kiv_UIFileFactoryEntry &Kiv_UIFileFactoryEntry::operator=(Kiv_UIFileFactoryEntry &&iOther) noexcept
+{
+    return *this = static_cast<const Kiv_UIFileFactoryEntry &>(iOther);
 }
 
 bool Kiv_UIFileFactoryEntry::runCustomEditor(QWidget *, QWidget *, QList<QString> *,

@@ -30,6 +30,9 @@ private slots:
     void createWidgetByName_data();
     void createWidgetByName();
     void formEntryReplacesClassEntry();
+    void destroyedEntryTakesItselfOut();
+    void libraryTable_data();
+    void libraryTable();
     void loadsForms_data();
     void loadsForms();
     void nestedFormLoadsThroughItsEntry();
@@ -102,6 +105,71 @@ void tst_Factory::formEntryReplacesClassEntry()
     QCOMPARE(Kiv_QtWidgetFactoryRegistry::getEntry("TestReplaced"), form);
     QCOMPARE(form->getWhatsThis(), QString("TestReplaced.ui file include"));
     QCOMPARE(form->getIncludeFile(), QString());
+}
+
+void tst_Factory::destroyedEntryTakesItselfOut()
+{
+    auto *older = new Kiv_SimpleFactoryEntry<TestBoundWidget>("TestStack", QString(), QString());
+    {
+        Kiv_UIFileFactoryEntry form("TestStack");
+        {
+            const Kiv_UIFileFactoryEntry copy(form); // the newest alive is the one in use
+            QCOMPARE(Kiv_QtWidgetFactoryRegistry::getEntry("TestStack"), &copy);
+        }
+        QCOMPARE(Kiv_QtWidgetFactoryRegistry::getEntry("TestStack"), &form);
+        std::vector<Kiv_UIFileFactoryEntry> kept;
+        kept.push_back(Kiv_UIFileFactoryEntry("TestMoved")); // the temporary goes, the copy stays
+        QCOMPARE(Kiv_QtWidgetFactoryRegistry::getEntry("TestMoved"), &kept.front());
+        form = kept.front(); // now a second entry for TestMoved
+        QCOMPARE(Kiv_QtWidgetFactoryRegistry::getEntry("TestStack"), older);
+    }
+    QVERIFY(!Kiv_QtWidgetFactoryRegistry::getEntry("TestMoved"));
+    QVERIFY(!Kiv_QtWidgetFactoryRegistry::getAllKeys().contains("TestMoved"));
+    QWidget parent;
+    Kiv_QtWidgetFactoryRegistry loader;
+    QVERIFY(dynamic_cast<TestBoundWidget *>(loader.createWidget("TestStack", &parent)));
+    delete older;
+    QVERIFY(!Kiv_QtWidgetFactoryRegistry::getEntry("TestStack"));
+}
+
+void tst_Factory::libraryTable_data()
+{
+    QTest::addColumn<QString>("description");
+    const char *const table[][2] = {
+        { "Kiv_ActionButton", "Action model connected button" },
+        { "Kiv_CheckBox", "Model/View connected check box control" },
+        { "Kiv_Double", "A Widget to display a double value" },
+        { "Kiv_ImmediateActionButton", "Immediate action button for transport control" },
+        { "Kiv_Label", "QLabel with Model/View connection for label text" },
+        { "Kiv_LineEdit", "QLineEdit connected to or published as string data model" },
+        { "Kiv_LongLabel", "QLabel that displays a Model/View connection long value as text" },
+        { "Kiv_PlayButton", "Immediate action play button for transport control" },
+        { "Kiv_TextEdit", "QTextEdit connected to or published as string data model" },
+    };
+    for (const auto &row : table)
+        QTest::newRow(row[0]) << QString(row[1]);
+}
+
+// Each class of the library's table is described and made by name, placed in its parent's
+// layout, with the name as object name and window title.
+void tst_Factory::libraryTable()
+{
+    QFETCH(QString, description);
+    const QString className = QTest::currentDataTag();
+    Kiv_FactoryEntryInterface *e = Kiv_QtWidgetFactoryRegistry::getEntry(className);
+    QVERIFY(e);
+    QCOMPARE(e->getWhatsThis(), description);
+    QCOMPARE(e->getToolTip(), description);
+    QCOMPARE(e->getIncludeFile(), className + ".h");
+    QWidget parent;
+    new QVBoxLayout(&parent);
+    Kiv_QtWidgetFactoryRegistry loader;
+    QWidget *w = loader.createWidget(className, &parent, "made");
+    QVERIFY(w);
+    QCOMPARE(w->metaObject()->className(), className);
+    QCOMPARE(parent.layout()->indexOf(w), 0);
+    QCOMPARE(w->windowTitle(), QString("made"));
+    QCOMPARE(w->objectName(), QString("made"));
 }
 
 void tst_Factory::loadsForms_data()
