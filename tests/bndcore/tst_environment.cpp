@@ -1,6 +1,5 @@
 // Variable replacement in connection environments.
 
-#include "Bnd_ConnectionDict.h"
 #include "Bnd_ConnectionEnvironment.h"
 
 #include <QtTest>
@@ -14,8 +13,6 @@ private slots:
     void replacesVariables();
     void assignmentListsBindVariables_data();
     void assignmentListsBindVariables();
-    void needsEnvironment_data();
-    void needsEnvironment();
 };
 
 void tst_Environment::replacesVariables_data()
@@ -23,31 +20,22 @@ void tst_Environment::replacesVariables_data()
     QTest::addColumn<QString>("text");
     QTest::addColumn<QString>("expected");
     QTest::addColumn<bool>("allBound");
+    QTest::addColumn<bool>("needsEnvironment");
+    const auto row
+        = [](const char *tag, const char *text, const char *expected, bool allBound, bool needs) {
+              QTest::newRow(tag) << QString(text) << QString(expected) << allBound << needs;
+          };
 
-    QTest::newRow("no variable") << "A.B"
-                                 << "A.B" << true;
-    QTest::newRow("leading") << "$Tab.TabData.id["
-                             << "Clips.TabData.id[" << true;
-    QTest::newRow("in subscript") << "List.name[$Row]"
-                                  << "List.name[Cursor_7]" << true;
-    QTest::newRow("two") << "$Tab.$Row"
-                         << "Clips.Cursor_7" << true;
-    QTest::newRow("inner scope wins") << "$Mode"
-                                      << "inner" << true;
-    QTest::newRow("from the parent") << "$Outer.x"
-                                     << "P.x" << true;
-    QTest::newRow("unbound stays") << "$Nope.x"
-                                   << "$Nope.x" << false;
-    QTest::newRow("bound and unbound") << "$Tab.$Nope"
-                                       << "Clips.$Nope" << false;
-    QTest::newRow("dollar inside a word is text") << "1f3a$Window.Sel"
-                                                  << "1f3a$Window.Sel" << true;
-    QTest::newRow("lone dollar") << "A.$"
-                                 << "A.$" << true;
-    QTest::newRow("digit after dollar") << "$1"
-                                        << "$1" << true;
-    QTest::newRow("name ends at non-word") << "$Row:x"
-                                           << "Cursor_7:x" << true;
+    row("no variable", "A.B", "A.B", true, false);
+    row("in subscript", "List.name[$Row]", "List.name[Cursor_7]", true, true);
+    row("two", "$Tab.$Row", "Clips.Cursor_7", true, true);
+    row("inner scope wins", "$Mode", "inner", true, true);
+    row("from the parent", "$Outer.x", "P.x", true, true);
+    row("bound and unbound", "$Tab.$Nope", "Clips.$Nope", false, true);
+    row("dollar inside a word is text", "1f3a$Window.Sel", "1f3a$Window.Sel", true, false);
+    row("lone dollar", "A.$", "A.$", true, false);
+    row("digit after dollar", "$1", "$1", true, false);
+    row("relative", " .B", " .B", true, true); // the listener puts "$Base" in front
 }
 
 void tst_Environment::replacesVariables()
@@ -55,20 +43,18 @@ void tst_Environment::replacesVariables()
     QFETCH(QString, text);
     QFETCH(QString, expected);
     QFETCH(bool, allBound);
+    QFETCH(bool, needsEnvironment);
 
     auto *outer
         = new Bnd_ConnectionEnvironment(Bnd_ConnectionEnvironment::blankEnvironment(), nullptr);
-    outer->set("Outer", "P");
-    outer->set("Mode", "outer");
-    Bnd_ConnectionEnvironmentPtr outerPtr(outer);
-    Bnd_ConnectionEnvironment inner(outerPtr, &Bnd_ConnectionDict::Singleton());
-    inner.set("Tab", "Clips");
-    inner.set("Row", "Cursor_7");
-    inner.set("Mode", "inner");
+    outer->set("Outer=P; Mode=outer");
+    Bnd_ConnectionEnvironment inner(Bnd_ConnectionEnvironmentPtr(outer), nullptr);
+    inner.set("Tab=Clips; Row=Cursor_7; Mode=inner");
 
-    bool bound = !allBound;
+    bool bound = !allBound; // must be written either way
     QCOMPARE(inner.replaceVariableNames(text, &bound), expected);
     QCOMPARE(bound, allBound);
+    QCOMPARE(Bnd_ConnectionEnvironment::needsEnvironment(text), needsEnvironment);
 }
 
 void tst_Environment::assignmentListsBindVariables_data()
@@ -77,7 +63,6 @@ void tst_Environment::assignmentListsBindVariables_data()
     QTest::addColumn<long>("count");
     QTest::addColumn<QString>("valueOfA");
 
-    QTest::newRow("one") << "A=x" << 1L << "x";
     QTest::newRow("two with blanks") << " A = x ; B=y" << 2L << "x";
     QTest::newRow("dollar name") << "$A=z" << 1L << "z";
     QTest::newRow("later wins") << "A=1;A=2" << 2L << "2";
@@ -95,23 +80,6 @@ void tst_Environment::assignmentListsBindVariables()
     QCOMPARE(env.set(assignments), count);
     QCOMPARE(env.get("A"), valueOfA);
     QCOMPARE(env.isBound("A"), !valueOfA.isNull());
-}
-
-void tst_Environment::needsEnvironment_data()
-{
-    QTest::addColumn<QString>("name");
-    QTest::addColumn<bool>("needs");
-    QTest::newRow("plain") << "A.B" << false;
-    QTest::newRow("variable") << "$A.B" << true;
-    QTest::newRow("relative") << " .B" << true;
-    QTest::newRow("window token") << "1f3a$Window.B" << false;
-}
-
-void tst_Environment::needsEnvironment()
-{
-    QFETCH(QString, name);
-    QFETCH(bool, needs);
-    QCOMPARE(Bnd_ConnectionEnvironment::needsEnvironment(name), needs);
 }
 
 QTEST_GUILESS_MAIN(tst_Environment)

@@ -1,6 +1,5 @@
 // Lifetime safety: models and listeners that go away while attached, callbacks that destroy
-// what is calling them, and re-entrant sends. Run under AddressSanitizer, these prove that no
-// pointer is left dangling.
+// what is calling them, and re-entrant sends. Under AddressSanitizer, nothing may dangle.
 
 #include "Bnd_ConnectionDict.h"
 #include "Bnd_ConnectionToModel.h"
@@ -12,15 +11,22 @@
 #include <QtTest>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace {
 typedef Bnd_ConnectionToModel<Bndt_SimpleValue<long>> LongListener;
 typedef Bnde_SimpleValue<long> LongModel;
+typedef Bndt_SimpleValue_Notifications::MsgValueChanged ValueChanged;
+typedef Bndt_Root_Notifications::MsgConnectedChanged ConnectedChanged;
 
-bool isValueChanged(const Bnd_MessageInterface &m)
+// Makes `iListener` run `iDo` on each notification of type Msg.
+template<class Msg, class F> void on(Bnd_ListenerBase &iListener, F iDo)
 {
-    return m.is<Bndt_SimpleValue_Notifications::MsgValueChanged>();
+    iListener.setReceiveMessageCB([iDo](const Bnd_MessageInterface &m) {
+        if (m.is<Msg>())
+            iDo();
+    });
 }
 } // namespace
 
@@ -29,23 +35,18 @@ class tst_Lifetime : public QObject
     Q_OBJECT
 
 private slots:
-    void modelDestroyedWhileListenersAttached();
-    void listenerDestroyedWhileAttached();
-    void callbackDestroysItsOwnListener();
-    void callbackDestroysOtherListeners_data();
-    void callbackDestroysOtherListeners();
+    void modelAndListenersDestroyedWhileAttached();
+    void callbackDestroysAListener_data();
+    void callbackDestroysAListener();
     void callbackDestroysTheModel();
-    void callbackPublishesAndUnpublishes();
-    void listenerAttachedDuringDeliveryWaitsForTheNext();
+    void callbackAttachesAndPublishes();
     void reentrantSendsFromCallbacks();
-    void connectedChangedCallbackDestroysListenerDuringModelDestruction();
-    void elementListenerOutlivesItsArray();
-    void elementListenerOutlivesItsIndexModel();
-    void waitingListenerDestroyedDuringRetry();
-    void containerDestroyedWithListenersOnChildren();
+    void connectedChangedCallbackDestroysTheNextListener_data();
+    void connectedChangedCallbackDestroysTheNextListener();
+    void listenersOutliveTheModelsTheyGoThrough();
 };
 
-void tst_Lifetime::modelDestroyedWhileListenersAttached()
+void tst_Lifetime::modelAndListenersDestroyedWhileAttached()
 {
     auto model = std::make_unique<LongModel>("LT.A", 1);
     model->Publish();
@@ -54,84 +55,51 @@ void tst_Lifetime::modelDestroyedWhileListenersAttached()
     for (int i = 0; i < 5; ++i) {
         listeners.push_back(std::make_unique<LongListener>("LT.A"));
         listeners.back()->setReceiveMessageCB([&](const Bnd_MessageInterface &m) {
-            if (const auto *c = m.as<Bndt_Root_Notifications::MsgConnectedChanged>())
+            if (const auto *c = m.as<ConnectedChanged>())
                 events << c->connected;
         });
     }
+    listeners.erase(listeners.begin()); // leaves a hole in the model's list
+    QCOMPARE(model->listenerCount(), 4);
+    QVERIFY(model->setValue(2)); // skips the hole, touches nothing freed
+
     model.reset();
-    QCOMPARE(events, QList<bool>(5, false));
-    for (auto &l : listeners) {
-        QVERIFY(!l->isConnectedToModel());
-        QCOMPARE(l->setValue(3), int(Bnd_Status::NotConnected));
-    }
+    QCOMPARE(events, QList<bool>(4, false));
+    QCOMPARE(listeners.front()->setValue(3), int(Bnd_Status::NotConnected));
     LongModel again("LT.A", 9); // they come back by themselves
     again.Publish();
-    QCOMPARE(listeners.front()->getValue(), 9L);
+    QCOMPARE(again.listenerCount(), 4);
 }
 
-void tst_Lifetime::listenerDestroyedWhileAttached()
+void tst_Lifetime::callbackDestroysAListener_data()
 {
-    LongModel model("LT.B", 1);
-    model.Publish();
-    {
-        LongListener a("LT.B"), b("LT.B");
-        QCOMPARE(model.listenerCount(), 2);
-    }
-    QCOMPARE(model.listenerCount(), 0);
-    QVERIFY(model.setValue(2)); // delivers to nobody, touches nothing freed
+    QTest::addColumn<int>("victim"); // which of three listeners the second one destroys
+    QTest::addColumn<QList<int>>("heard"); // value changes each one heard, over two changes
+
+    QTest::newRow("an earlier one") << 0 << QList<int> { 1, 2, 2 };
+    QTest::newRow("itself") << 1 << QList<int> { 2, 1, 2 };
+    QTest::newRow("a later one, before its turn") << 2 << QList<int> { 2, 2, 0 };
 }
 
-void tst_Lifetime::callbackDestroysItsOwnListener()
-{
-    LongModel model("LT.C", 0);
-    model.Publish();
-    auto *self = new LongListener("LT.C");
-    int after = 0;
-    LongListener later("LT.C");
-    later.setReceiveMessageCB([&](const Bnd_MessageInterface &m) { after += isValueChanged(m); });
-    self->setReceiveMessageCB([&self](const Bnd_MessageInterface &m) {
-        if (isValueChanged(m)) {
-            delete self;
-            self = nullptr;
-        }
-    });
-    model.setValue(1);
-    QVERIFY(!self);
-    QCOMPARE(after, 1); // the delivery went on to the others
-    QCOMPARE(model.listenerCount(), 1);
-}
-
-void tst_Lifetime::callbackDestroysOtherListeners_data()
-{
-    QTest::addColumn<int>("victim"); // position of the destroyed listener relative to the killer
-    QTest::newRow("earlier") << -1;
-    QTest::newRow("later") << 1;
-}
-
-void tst_Lifetime::callbackDestroysOtherListeners()
+void tst_Lifetime::callbackDestroysAListener()
 {
     QFETCH(int, victim);
+    QFETCH(QList<int>, heard);
     LongModel model("LT.D", 0);
     model.Publish();
     std::vector<std::unique_ptr<LongListener>> ls;
-    for (int i = 0; i < 3; ++i)
+    QList<int> counts(3, 0);
+    for (int i = 0; i < 3; ++i) {
         ls.push_back(std::make_unique<LongListener>("LT.D"));
-    std::vector<int> heard(3, 0);
-    for (int i = 0; i < 3; ++i)
-        ls[size_t(i)]->setReceiveMessageCB([&, i](const Bnd_MessageInterface &m) {
-            if (!isValueChanged(m))
-                return;
-            ++heard[size_t(i)];
-            if (i == 1)
-                ls[size_t(1 + victim)].reset();
+        on<ValueChanged>(*ls.back(), [&, i] {
+            if (++counts[i] == 1 && i == 1)
+                ls[size_t(victim)].reset();
         });
+    }
     model.setValue(1);
-    QCOMPARE(heard[1], 1);
-    if (victim > 0)
-        QCOMPARE(heard[2], 0); // destroyed before its turn
     QCOMPARE(model.listenerCount(), 2);
     model.setValue(2);
-    QCOMPARE(heard[1], 2);
+    QCOMPARE(counts, heard);
 }
 
 void tst_Lifetime::callbackDestroysTheModel()
@@ -140,75 +108,52 @@ void tst_Lifetime::callbackDestroysTheModel()
     model->Publish();
     LongListener a("LT.E"), b("LT.E");
     int bHeard = 0;
-    a.setReceiveMessageCB([&](const Bnd_MessageInterface &m) {
-        if (isValueChanged(m)) {
-            delete model;
-            model = nullptr;
-        }
-    });
-    b.setReceiveMessageCB([&](const Bnd_MessageInterface &m) { bHeard += isValueChanged(m); });
+    on<ValueChanged>(a, [&] { delete std::exchange(model, nullptr); });
+    on<ValueChanged>(b, [&] { ++bHeard; });
     // A set message: the model notifies from inside its own message handler.
-    QVERIFY(a.setValue(5) == Bnd_Status::Ok);
+    QCOMPARE(a.setValue(5), int(Bnd_Status::Ok));
     QVERIFY(!model);
     QCOMPARE(bHeard, 0);
     QVERIFY(!a.isConnectedToModel() && !b.isConnectedToModel());
 }
 
-void tst_Lifetime::callbackPublishesAndUnpublishes()
+void tst_Lifetime::callbackAttachesAndPublishes()
 {
-    LongModel trigger("LT.F", 0);
+    LongModel trigger("LT.F", 0), created("LT.G", 7);
     trigger.Publish();
-    auto created = std::make_unique<LongModel>("LT.G", 7);
-    LongListener watcher("LT.G");
-    LongListener l("LT.F");
-    l.setReceiveMessageCB([&](const Bnd_MessageInterface &m) {
-        if (!isValueChanged(m))
+    LongListener watcher("LT.G"), l("LT.F");
+    int lateHeard = 0;
+    std::unique_ptr<LongListener> late;
+    on<ValueChanged>(l, [&] {
+        if (late) {
+            created.UnPublish();
             return;
-        if (trigger.getValue() == 1)
-            created->Publish();
-        else
-            created->UnPublish();
+        }
+        created.Publish();
+        late = std::make_unique<LongListener>("LT.F");
+        on<ValueChanged>(*late, [&] { ++lateHeard; });
     });
     trigger.setValue(1);
     QCOMPARE(watcher.getValue(), 7L);
+    QCOMPARE(lateHeard, 0); // attached during a delivery: it hears the next one
     trigger.setValue(2);
-    QVERIFY(!watcher.isConnectedToModel());
-}
-
-void tst_Lifetime::listenerAttachedDuringDeliveryWaitsForTheNext()
-{
-    LongModel model("LT.H", 0);
-    model.Publish();
-    std::unique_ptr<LongListener> late;
-    int lateHeard = 0;
-    LongListener l("LT.H");
-    l.setReceiveMessageCB([&](const Bnd_MessageInterface &m) {
-        if (isValueChanged(m) && !late) {
-            late = std::make_unique<LongListener>("LT.H");
-            late->setReceiveMessageCB(
-                [&](const Bnd_MessageInterface &mm) { lateHeard += isValueChanged(mm); });
-        }
-    });
-    model.setValue(1);
-    QCOMPARE(lateHeard, 0);
-    model.setValue(2);
     QCOMPARE(lateHeard, 1);
+    QVERIFY(!watcher.isConnectedToModel());
 }
 
 void tst_Lifetime::reentrantSendsFromCallbacks()
 {
-    // Two models kept in step by their listeners: a set of one sets the other, which sets the
-    // first again; the loop ends because values settle.
+    // Two models kept in step by their listeners, each set setting the other until they settle.
     LongModel a("LT.I", 0), b("LT.J", 0);
     a.Publish();
     b.Publish();
     LongListener la("LT.I"), lb("LT.J");
-    la.setReceiveMessageCB([&](const Bnd_MessageInterface &m) {
-        if (isValueChanged(m) && lb.getValue() != la.getValue())
+    on<ValueChanged>(la, [&] {
+        if (lb.getValue() != la.getValue())
             lb.setValue(la.getValue());
     });
-    lb.setReceiveMessageCB([&](const Bnd_MessageInterface &m) {
-        if (isValueChanged(m) && la.getValue() != lb.getValue() + 1 && lb.getValue() < 5)
+    on<ValueChanged>(lb, [&] {
+        if (la.getValue() != lb.getValue() + 1 && lb.getValue() < 5)
             la.setValue(lb.getValue() + 1);
     });
     la.setValue(1);
@@ -216,87 +161,66 @@ void tst_Lifetime::reentrantSendsFromCallbacks()
     QCOMPARE(b.getValue(), 5L);
 }
 
-void tst_Lifetime::connectedChangedCallbackDestroysListenerDuringModelDestruction()
+void tst_Lifetime::connectedChangedCallbackDestroysTheNextListener_data()
 {
-    auto model = std::make_unique<LongModel>("LT.K", 0);
-    model->Publish();
-    auto *first = new LongListener("LT.K");
-    auto *second = new LongListener("LT.K");
-    int secondNotified = 0;
-    first->setReceiveMessageCB([&](const Bnd_MessageInterface &m) {
-        if (m.is<Bndt_Root_Notifications::MsgConnectedChanged>()) {
-            delete second; // later in the model's list
-            second = nullptr;
-        }
-    });
-    second->setReceiveMessageCB([&](const Bnd_MessageInterface &) { ++secondNotified; });
-    model.reset();
-    QVERIFY(!second);
-    QCOMPARE(secondNotified, 0);
-    delete first;
+    QTest::addColumn<bool>("connecting"); // while a retry connects them, or the model goes away
+    QTest::newRow("model destroyed") << false;
+    QTest::newRow("late binding") << true;
 }
 
-void tst_Lifetime::elementListenerOutlivesItsArray()
+void tst_Lifetime::connectedChangedCallbackDestroysTheNextListener()
+{
+    QFETCH(bool, connecting);
+    Bnd_ConnectionDict &dict = Bnd_ConnectionDict::Singleton();
+    const int waitingBefore = dict.waitingCount();
+    auto model = std::make_unique<LongModel>("LT.K.v", 0);
+    if (!connecting)
+        model->Publish();
+    LongListener first("LT.K.v");
+    auto *second = new LongListener("LT.K.v");
+    int secondHeard = 0;
+    on<ConnectedChanged>(first, [&] { delete std::exchange(second, nullptr); });
+    second->setReceiveMessageCB([&](const Bnd_MessageInterface &) { ++secondHeard; });
+    if (connecting)
+        model->Publish();
+    else
+        model.reset();
+    QVERIFY(!second);
+    QCOMPARE(secondHeard, 0);
+    QCOMPARE(first.isConnectedToModel(), connecting);
+    QCOMPARE(dict.waitingCount(), waitingBefore + (connecting ? 0 : 1));
+}
+
+void tst_Lifetime::listenersOutliveTheModelsTheyGoThrough()
 {
     auto array = std::make_unique<Bnde_Array<long>>("LT.Arr", std::vector<long> { 1, 2 });
     array->Publish();
-    LongListener element("LT.Arr[1]");
-    QCOMPARE(element.getValue(), 2L);
+    auto row = std::make_unique<Bnde_Index<long>>("LT.Row", 1);
+    row->Publish();
+    LongListener literal("LT.Arr[1]"), indexed("LT.Arr[LT.Row]");
+    QCOMPARE(indexed.getValue(), 2L);
+    row.reset();
+    QVERIFY(!indexed.isConnectedToModel());
+    QCOMPARE(array->listenerCount(), 1); // the element model of `indexed` went with the index
+    array->set(1, 3);
+    QCOMPARE(literal.getValue(), 3L);
     array.reset();
-    QVERIFY(!element.isConnectedToModel());
-    QVERIFY(element.isWaitingForModel());
+    QVERIFY(!literal.isConnectedToModel() && literal.isWaitingForModel());
     Bnde_Array<long> again("LT.Arr", { 5, 6 });
     again.Publish();
-    QCOMPARE(element.getValue(), 6L);
-}
+    QCOMPARE(literal.getValue(), 6L);
 
-void tst_Lifetime::elementListenerOutlivesItsIndexModel()
-{
-    Bnde_Array<long> array("LT.Arr2", { 1, 2 });
-    array.Publish();
-    auto row = std::make_unique<Bnde_Index<long>>("LT.Row2", 1);
-    row->Publish();
-    LongListener element("LT.Arr2[LT.Row2]");
-    QCOMPARE(element.getValue(), 2L);
-    row.reset();
-    QVERIFY(!element.isConnectedToModel());
-    array.set(1, 3); // no element model left to notify
-    QCOMPARE(array.listenerCount(), 0);
-}
-
-void tst_Lifetime::waitingListenerDestroyedDuringRetry()
-{
-    // Both wait for the same root; connecting the first destroys the second.
-    auto *first = new LongListener("LT.W.v");
-    auto *second = new LongListener("LT.W.v");
-    first->setReceiveMessageCB([&](const Bnd_MessageInterface &m) {
-        if (m.is<Bndt_Root_Notifications::MsgConnectedChanged>() && second) {
-            delete second;
-            second = nullptr;
-        }
-    });
-    LongModel m("LT.W.v", 1);
-    m.Publish();
-    QVERIFY(first->isConnectedToModel());
-    QVERIFY(!second);
-    QCOMPARE(Bnd_ConnectionDict::Singleton().waitingCount() >= 0, true);
-    delete first;
-}
-
-void tst_Lifetime::containerDestroyedWithListenersOnChildren()
-{
-    auto c = std::make_unique<Bnde_Container>("LT.Box");
-    c->add<Bnde_SimpleValue<long>>("v", 4L);
-    c->Publish();
+    auto box = std::make_unique<Bnde_Container>("LT.Box");
+    box->add<Bnde_SimpleValue<long>>("v", 4L);
+    box->Publish();
     LongListener child("LT.Box.v");
     Bnd_ConnectionToModel<Bndt_ArrayContainer> whole("LT.Box");
     QCOMPARE(child.getValue(), 4L);
-    c->UnPublish();
-    QVERIFY(!child.isConnectedToModel());
-    QVERIFY(!whole.isConnectedToModel());
-    c->Publish();
+    box->UnPublish();
+    QVERIFY(!child.isConnectedToModel() && !whole.isConnectedToModel());
+    box->Publish();
     QVERIFY(child.isConnectedToModel());
-    c.reset();
+    box.reset();
     QVERIFY(!child.isConnectedToModel() && !whole.isConnectedToModel());
 }
 
