@@ -10,7 +10,6 @@
 #include <QTest>
 #include <QTranslator>
 
-#include <algorithm>
 #include <functional>
 #include <stdexcept>
 
@@ -25,15 +24,10 @@ QString builtTranslation(const QString &iFileName)
 
 bool addTranslations(const QString &iDirectory, const QStringList &iFileNames)
 {
-    return std::all_of(iFileNames.begin(), iFileNames.end(), [&](const QString &iName) {
-        return QFile::copy(builtTranslation(iName), QDir(iDirectory).filePath(iName));
-    });
-}
-
-QString translated()
-{
-    return QCoreApplication::translate("Kiv_Application", "Exception: %1", "error report") + '|'
-        + QCoreApplication::translate("QPlatformTheme", "Cancel");
+    bool copied = true;
+    for (const QString &name : iFileNames)
+        copied = QFile::copy(builtTranslation(name), QDir(iDirectory).filePath(name)) && copied;
+    return copied;
 }
 
 // Answers the language question by picking mChoice and pressing OK, or Cancel when empty.
@@ -51,9 +45,8 @@ protected:
     std::unique_ptr<Kiv_LanguageDialog> createLanguageDialog(const QString &iDirectory,
                                                              const QString &iLocale) override
     {
-        const QStringList files = Kiv_LanguageDialog::translationFiles(iDirectory);
-        for (const QString &file : mChoice == "<gone>" ? files : QStringList()) // went away
-            QFile::remove(QDir(iDirectory).filePath(file));
+        if (mChoice == "<gone>") // the files went away meanwhile
+            QDir(iDirectory).removeRecursively();
         return Kiv_Application::createLanguageDialog(iDirectory, iLocale);
     }
 
@@ -73,9 +66,11 @@ protected:
 };
 
 // Runs its function on any event.
+typedef std::function<void()> Action;
+Q_DECLARE_METATYPE(Action)
 struct Thrower : QObject
 {
-    std::function<void()> mThrow;
+    Action mThrow;
     bool event(QEvent *) override { return mThrow(), true; }
 };
 
@@ -90,7 +85,6 @@ private slots:
     void initTranslations();
     void notify_data();
     void notify();
-    void findMainWidget_data();
     void findMainWidget();
 };
 
@@ -103,52 +97,40 @@ void tst_Application::cleanup()
     app.mChoice.clear();
     QString locale = QStringLiteral("zz_ZZ");
     app.initTranslations(directory.path(), QString(), locale);
-    app.mOffered.clear();
-    app.mDialogParent = nullptr;
-    QCOMPARE(translated(), QStringLiteral("Exception: %1|Cancel"));
-    gRequests.clear();
+    app.mOffered.clear(); // (the dialog had no parent: there is no main widget)
 }
 
 void tst_Application::initTranslations_data()
 {
     QTest::addColumn<QStringList>("primary");
     QTest::addColumn<QStringList>("fallback");
-    QTest::addColumn<QString>("locale");
+    QTest::addColumn<QString>("locale"); // "before > after" when it changes
     QTest::addColumn<QString>("choice"); // in the language dialog; empty: Cancel
     QTest::addColumn<QString>("offered"); // by the dialog, "|"-separated, then "(preselected)"
     QTest::addColumn<bool>("result");
-    QTest::addColumn<QString>("localeAfter");
-    QTest::addColumn<QString>("translated"); // "Exception: %1" and "Cancel" afterwards
+    QTest::addColumn<QString>("texts"); // "Exception: %1" and "Cancel" afterwards
 
     using L = QStringList;
-    const L none;
-    const L both { "korvex_de_DE.qm", "korvex_fr_FR.qm", "korvex_nl_NL.qm", "qt_de_DE.qm" };
-    const QString offered = QString::fromUtf8("English|Deutsch|Français|(English)");
-    const QString portuguese = QString::fromUtf8("Português (Brasil)");
-    const QString english = "Exception: %1|Cancel", german = "Ausnahme: %1|Abbrechen", empty;
-    const QString de = "de_DE", it = "it_IT";
+    const L none, fr { "korvex_fr_FR.qm" };
+    const L all { "korvex_de_DE.qm", "korvex_fr_FR.qm", "korvex_nl_NL.qm", "qt_de_DE.qm" };
+    const QString english = "Exception: %1|Cancel", german = "Ausnahme: %1|Abbrechen", no;
 
-    QTest::newRow("no files anywhere: no dialog")
-        << none << none << de << empty << empty << false << de << english;
-    QTest::newRow("the locale's file")
-        << both << none << de << empty << empty << true << de << german;
-    QTest::newRow("fallback when the primary has no files")
-        << none << L { "korvex_fr_FR.qm" } << "fr_FR" << empty << empty << true << "fr_FR"
-        << "Exception : %1|Cancel";
-    QTest::newRow("primary with files wins over the fallback")
-        << L { "korvex_de_DE.qm" } << L { "korvex_fr_FR.qm" } << "fr_FR" << empty
-        << "English|Deutsch|(English)" << false << "fr_FR" << english;
-    QTest::newRow("German chosen; Dutch file not naming its language skipped")
-        << both << none << it << QString("Deutsch") << offered << true << de << german;
-    QTest::newRow("pt_BR from the file name")
-        << L { "korvex_de_DE.qm", "korvex_pt_BR.qm" } << none << it << portuguese
-        << "English|Deutsch|" + portuguese + "|(English)" << true << "pt_BR"
-        << QString::fromUtf8("Exceção: %1|Cancel");
+    QTest::newRow("no files: no dialog") << none << none << "de_DE" << no << no << false << english;
+    QTest::newRow("the locale's file") << all << none << "de_DE" << no << no << true << german;
+    QTest::newRow("fallback") << none << fr << "fr_FR" << no << no << true
+                              << "Exception : %1|Cancel";
+    QTest::newRow("primary with files wins; a locale with its own territory")
+        << L { "korvex_de_DE.qm", "korvex_pt_BR.qm" } << fr << "fr_FR > pt_BR"
+        << "Português (Brasil)"
+        << "English|Deutsch|Português (Brasil)|(English)" << true << "Exceção: %1|Cancel";
+    QTest::newRow("chosen with the toolkit's file; Dutch does not name its language")
+        << all << none << "it_IT > de_DE" << QString("Deutsch")
+        << "English|Deutsch|Français|(English)" << true << german;
     QTest::newRow("only the toolkit's file for the locale")
-        << L { "qt_de_DE.qm" } << none << de << empty << QString("English|(English)") << false << de
-        << QString("Exception: %1|Abbrechen");
-    QTest::newRow("the dialog lists nothing: en_US")
-        << both << none << it << QString("<gone>") << empty << true << "en_US" << english;
+        << L { "qt_de_DE.qm" } << none << "de_DE" << no << "English|(English)" << false
+        << "Exception: %1|Abbrechen";
+    QTest::newRow("the dialog lists nothing: en_US") << all << none << "it_IT > en_US"
+                                                     << "<gone>" << no << true << english;
 }
 
 void tst_Application::initTranslations()
@@ -159,57 +141,49 @@ void tst_Application::initTranslations()
     QFETCH(QString, choice);
     QFETCH(QString, offered);
     QFETCH(bool, result);
-    QFETCH(QString, localeAfter);
-    QFETCH(QString, translated);
+    QFETCH(QString, texts);
 
-    QTemporaryDir primaryDir, fallbackDir;
-    QVERIFY(addTranslations(primaryDir.path(), primary));
-    QVERIFY(addTranslations(fallbackDir.path(), fallback));
+    QTemporaryDir one, two; // the primary and the fallback directory
+    QVERIFY(addTranslations(one.path(), primary) && addTranslations(two.path(), fallback));
     TestApplication &app = TestApplication::instance();
     app.mChoice = choice;
-    QWidget mainWidget;
+    QWidget mainWidget; // forgotten by the application when destroyed
     app.setMainWidget(&mainWidget);
-    QCOMPARE(app.initTranslations(primaryDir.path(), fallbackDir.path(), locale), result);
-    app.setMainWidget(nullptr);
+    QString ioLocale = locale.section(" > ", 0, 0);
+    QCOMPARE(app.initTranslations(one.path(), two.path(), ioLocale), result);
 
     QCOMPARE(app.mOffered.join('|'), offered);
     QCOMPARE(app.mDialogParent, offered.isEmpty() ? nullptr : &mainWidget);
-    QCOMPARE(locale, localeAfter);
-    QCOMPARE(::translated(), translated);
+    QCOMPARE(ioLocale, locale.section(" > ", -1));
+    QCOMPARE(QCoreApplication::translate("Kiv_Application", "Exception: %1", "error report") + '|'
+                 + QCoreApplication::translate("QPlatformTheme", "Cancel"),
+             texts);
 }
 
 void tst_Application::notify_data()
 {
-    QTest::addColumn<int>("kind"); // nothing, a QString, a C string, a std::exception, an int
-    QTest::addColumn<QString>("translation"); // installed while the event is delivered
+    QTest::addColumn<Action>("handler");
     QTest::addColumn<QString>("report"); // empty: no dialog, and the event was delivered
 
-    QTest::newRow("nothing thrown") << 0 << QString() << QString();
-    QTest::newRow("QString") << 1 << QString() << "Exception: disk full";
-    QTest::newRow("C string") << 2 << QString() << "Exception: no clip";
-    QTest::newRow("std::exception") << 3 << QString() << "Exception: bad timecode";
-    QTest::newRow("unknown") << 4 << QString() << "Exception: Unknown exception in Kiv_Application";
-    QTest::newRow("unknown, German") << 4 << "korvex_de_DE.qm"
-                                     << "Ausnahme: Unbekannte Ausnahme in Kiv_Application";
+    QTest::newRow("nothing thrown") << Action([] {}) << QString();
+    QTest::newRow("QString") << Action([] { throw QString("disk full"); }) << "Ausnahme: disk full";
+    QTest::newRow("C string") << Action([] { throw "no clip"; }) << "Ausnahme: no clip";
+    QTest::newRow("std::exception")
+        << Action([] { throw std::runtime_error("bad timecode"); }) << "Ausnahme: bad timecode";
+    QTest::newRow("unknown") << Action([] { throw 42; })
+                             << "Ausnahme: Unbekannte Ausnahme in Kiv_Application";
 }
 
 void tst_Application::notify()
 {
-    QFETCH(int, kind);
-    QFETCH(QString, translation);
+    QFETCH(Action, handler);
     QFETCH(QString, report);
 
-    const std::function<void()> throwers[]
-        = { [] {}, [] { throw QStringLiteral("disk full"); }, [] { throw "no clip"; },
-            [] { throw std::runtime_error("bad timecode"); },
-            [] {
-                throw 42;
-            } };
-    QTranslator translator;
-    QVERIFY(translation.isEmpty() || translator.load(builtTranslation(translation)));
+    QTranslator translator; // the reports are made in German
+    QVERIFY(translator.load(builtTranslation("korvex_de_DE.qm")));
     QCoreApplication::installTranslator(&translator);
     Thrower thrower;
-    thrower.mThrow = throwers[kind];
+    thrower.mThrow = handler;
     QEvent event(QEvent::User);
     const bool delivered = QCoreApplication::sendEvent(&thrower, &event);
     QCoreApplication::removeTranslator(&translator);
@@ -218,36 +192,17 @@ void tst_Application::notify()
     QCOMPARE(gRequests.isEmpty() ? QString() : gRequests.takeLast().text, report);
 }
 
-void tst_Application::findMainWidget_data()
-{
-    // "the argument's object name ("none": null) | the main widget destroyed | the answer's".
-    QTest::addColumn<QString>("row");
-
-    QTest::newRow("grandchild") << "grandchild | no | top";
-    QTest::newRow("inside a window of its own") << "inWindow | no | window";
-    QTest::newRow("null: the main widget") << "none | no | main";
-    QTest::newRow("null, the main widget destroyed") << "none | yes | ";
-}
-
 void tst_Application::findMainWidget()
 {
-    QFETCH(QString, row);
-    const QString widget = row.section(" | ", 0, 0), found = row.section(" | ", 2);
-
-    const auto make = [](const char *iName, QWidget *iParent, Qt::WindowFlags iFlags = {}) {
-        auto *widget = new QWidget(iParent, iFlags);
-        widget->setObjectName(iName);
-        return widget;
-    };
-    const std::unique_ptr<QWidget> top(make("top", nullptr));
-    make("inWindow", make("window", make("grandchild", new QWidget(top.get())), Qt::Window));
-    std::unique_ptr<QWidget> main(make("main", nullptr));
+    QWidget top;
+    auto *window = new QWidget(new QWidget(&top), Qt::Window);
+    auto main = std::make_unique<QWidget>();
     TestApplication::instance().setMainWidget(main.get());
-    if (row.contains("yes"))
-        main.reset();
-    QWidget *answer = Kiv_Application::findMainWidget(top->findChild<QWidget *>(widget));
-    TestApplication::instance().setMainWidget(nullptr);
-    QCOMPARE(answer ? answer->objectName() : QString(), found);
+    // A widget's own window, even inside another one; for null, the main widget while it lives.
+    QCOMPARE(Kiv_Application::findMainWidget(new QWidget(window)), window);
+    QCOMPARE(Kiv_Application::findMainWidget(nullptr), main.get());
+    main.reset();
+    QCOMPARE(Kiv_Application::findMainWidget(nullptr), nullptr);
 }
 
 int main(int argc, char **argv)

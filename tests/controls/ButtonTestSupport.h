@@ -27,7 +27,10 @@ struct RecordingAction
         model.Publish();
     }
     int count() const { return int(times.size()); }
+    /// Tasks scheduled since construction and still running (a repeat that outlived its button).
+    int tasksAdded() const { return TaskScheduler::instance().scheduledTaskCount() - tasksBefore; }
 
+    const int tasksBefore = TaskScheduler::instance().scheduledTaskCount();
     qint64 start = 0;
     Times times;
     Bnde_ActionModelWithType<Bndt_Action<void()>> model { QStringLiteral("Test.act") };

@@ -2,22 +2,25 @@
 
 #include "ButtonTestSupport.h"
 
-#include "Bnd_ConnectionDict.h"
 #include "Bnde_SimpleValue.h"
 #include "Kiv_ActionButton.h"
 
 #include <QtTest>
+
+#include <optional>
 
 using namespace ButtonTest;
 
 namespace {
 
 std::unique_ptr<Kiv_ActionButton> makeButton(const QString &iEnabledConn = {}, bool iDefault = true,
+                                             const Bnd_ConnectionEnvironmentPtr &iEnv = {},
                                              const char *iScript = "Test.act()")
 {
     auto button = std::make_unique<Kiv_ActionButton>(nullptr, "button", QStringLiteral("Go"),
                                                      QString(iScript), iEnabledConn, iDefault);
     button->resize(80, 24);
+    button->makeConnections(iEnv);
     return button;
 }
 
@@ -28,8 +31,8 @@ class tst_ActionButton : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
+    void init() { mAction.emplace(); }
+    void cleanup() { QCOMPARE(mAction->tasksAdded(), 0); }
     void triggers();
     void autoRepeat_data();
     void autoRepeat();
@@ -38,30 +41,15 @@ private slots:
     void unparsableScript();
 
 private:
-    std::unique_ptr<RecordingAction> mAction;
-    int mTasksBefore = 0;
+    std::optional<RecordingAction> mAction;
 };
-
-void tst_ActionButton::init()
-{
-    mAction = std::make_unique<RecordingAction>();
-    mTasksBefore = TaskScheduler::instance().scheduledTaskCount();
-}
-
-void tst_ActionButton::cleanup()
-{
-    mAction.reset();
-    QCOMPARE(TaskScheduler::instance().scheduledTaskCount(), mTasksBefore);
-}
 
 void tst_ActionButton::triggers()
 {
     auto button = makeButton();
-    button->makeConnections(Bnd_ConnectionEnvironmentPtr());
     QTest::mouseClick(button.get(), Qt::LeftButton);
-    QTest::keyClick(button.get(), Qt::Key_A);
-    QTest::keyClick(button.get(), Qt::Key_Return);
-    QTest::keyClick(button.get(), Qt::Key_Enter);
+    for (const auto key : { Qt::Key_A, Qt::Key_Return, Qt::Key_Enter })
+        QTest::keyClick(button.get(), key);
     QCOMPARE(mAction->count(), 3);
 }
 
@@ -70,7 +58,7 @@ void tst_ActionButton::autoRepeat_data()
     QTest::addColumn<int>("holdMs");
     QTest::addColumn<int>("changeAt"); // -1: none
     QTest::addColumn<QString>("change"); // "destroy", "off" (auto-repeat) or "interval N"
-    QTest::addColumn<Times>("expected"); // when the script ran, from the press
+    QTest::addColumn<Times>("expected"); // the runs from the press; delay 1000, interval 500
 
     QTest::newRow("shorter than the delay") << 999 << -1 << "" << Times { 999 };
     QTest::newRow("held 1600 ms") << 1600 << -1 << "" << Times { 1000, 1500, 1600 };
@@ -89,9 +77,6 @@ void tst_ActionButton::autoRepeat()
 
     auto button = makeButton();
     button->SetKorvexAutoRepeat(true);
-    button->SetRepeatDelay(1000);
-    button->SetRepeatInterval(500);
-    button->makeConnections(Bnd_ConnectionEnvironmentPtr());
     QTest::mousePress(button.get(), Qt::LeftButton);
     if (changeAt >= 0) {
         advance(changeAt);
@@ -117,10 +102,9 @@ void tst_ActionButton::enabledState_data()
     QTest::addColumn<bool>("expected");
 
     QTest::newRow("no connection, default off") << "" << true << false << false;
-    QTest::newRow("no model yet") << "Deck9.canPlay" << false << false << false;
+    QTest::newRow("no model yet, default on") << "Deck9.canPlay" << false << true << true;
     QTest::newRow("model true, default off") << "Deck1.canPlay" << true << false << true;
-    QTest::newRow("model false, default on") << "Deck1.canPlay" << false << true << false;
-    QTest::newRow("through the environment") << "$Deck.canPlay" << false << true << false;
+    QTest::newRow("model false, through $Deck") << "$Deck.canPlay" << false << true << false;
 }
 
 void tst_ActionButton::enabledState()
@@ -132,11 +116,10 @@ void tst_ActionButton::enabledState()
 
     Bnde_SimpleValue<bool> canPlay(QStringLiteral("Deck1.canPlay"), modelValue);
     QVERIFY(canPlay.Publish());
-    auto button = makeButton(connection, defaultEnabled);
-    auto *env = new Bnd_ConnectionEnvironment(Bnd_ConnectionEnvironment::blankEnvironment(),
-                                              &Bnd_ConnectionDict::Singleton());
+    auto *env
+        = new Bnd_ConnectionEnvironment(Bnd_ConnectionEnvironment::blankEnvironment(), nullptr);
     env->set(QStringLiteral("Deck"), QStringLiteral("Deck1"));
-    button->makeConnections(Bnd_ConnectionEnvironmentPtr(env));
+    auto button = makeButton(connection, defaultEnabled, Bnd_ConnectionEnvironmentPtr(env));
     QCOMPARE(button->isEnabled(), expected);
     QTest::mouseClick(button.get(), Qt::LeftButton);
     QCOMPARE(mAction->count(), int(expected));
@@ -145,8 +128,7 @@ void tst_ActionButton::enabledState()
 void tst_ActionButton::unparsableScript()
 {
     QTest::ignoreMessage(QtWarningMsg, QRegularExpression("cannot parse the action script"));
-    auto button = makeButton({}, true, "Test.act(");
-    button->makeConnections(Bnd_ConnectionEnvironmentPtr());
+    auto button = makeButton({}, true, {}, "Test.act(");
     QTest::mouseClick(button.get(), Qt::LeftButton);
     QCOMPARE(mAction->count(), 0);
 }

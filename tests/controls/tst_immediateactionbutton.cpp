@@ -8,6 +8,7 @@
 #include <QtTest>
 
 #include <memory>
+#include <optional>
 
 using namespace ButtonTest;
 
@@ -17,21 +18,37 @@ const QByteArray cNormal = "Images/Buttons/StepForwardNormal.png";
 const QByteArray cTracking = "Images/Buttons/StepForwardTracking.png";
 const QByteArray cDisabled = "Images/Buttons/StepForwardDisabled.png";
 
-std::unique_ptr<Kiv_ImmediateActionButton> makeButton(const QByteArray &iEnabledConn = {})
+// Flags: "d" action delay, "r" auto-repeat, "m" a context-menu spec, "e" the enabled model
+// "Test.canStep".
+std::unique_ptr<Kiv_ImmediateActionButton> makeButton(const QString &iFlags)
 {
     auto button = std::make_unique<Kiv_ImmediateActionButton>(nullptr, "button",
                                                               QStringLiteral("Test.act()"));
     button->setNormalImage(cNormal);
     button->setTrackingImage(cTracking);
     button->setDisabledImage(cDisabled);
-    button->setEnabledStateConnSpec(iEnabledConn);
+    button->setEnabledStateConnSpec(iFlags.contains('e') ? "Test.canStep" : "");
+    button->setContextMenuConnectionSpec(iFlags.contains('m') ? "M" : "");
+    button->setActionDelay(iFlags.contains('d'));
+    button->setKorvexAutoRepeat(iFlags.contains('r'));
     button->resize(button->sizeHint());
+    button->makeConnections(Bnd_ConnectionEnvironmentPtr());
     return button;
 }
 
-bool shows(Kiv_ImmediateActionButton *iButton, const QByteArray &iImage)
+bool shows(const std::unique_ptr<Kiv_ImmediateActionButton> &iButton, const QByteArray &iImage)
 {
-    return render(iButton) == resourceImage(QString::fromUtf8(iImage));
+    return render(iButton.get()) == resourceImage(QString::fromUtf8(iImage));
+}
+
+// How a press ends: a release inside or outside the button, or the pointer leaving it.
+enum End { In, Out, Leave };
+
+void row(const char *iName, Qt::MouseButton iButton, const char *iFlags, int iHoldMs, int iEnd,
+         const Times &iRuns, const QByteArray &iWhileHeld, const QByteArray &iAfter)
+{
+    QTest::newRow(iName) << iButton << QString(iFlags) << iHoldMs << iEnd << iRuns << iWhileHeld
+                         << iAfter;
 }
 
 } // namespace
@@ -41,125 +58,76 @@ class tst_ImmediateActionButton : public QObject
     Q_OBJECT
 
 private slots:
-    void init();
-    void cleanup();
-    void pressAndHold_data();
-    void pressAndHold();
-    void looks_data();
-    void looks();
+    void init() { mAction.emplace(); }
+    void cleanup() { QCOMPARE(mAction->tasksAdded(), 0); }
+    void pressAndRelease_data();
+    void pressAndRelease();
     void disabledByModel();
 
 private:
-    std::unique_ptr<RecordingAction> mAction;
-    int mTasksBefore = 0;
+    std::optional<RecordingAction> mAction;
 };
 
-void tst_ImmediateActionButton::init()
-{
-    mAction = std::make_unique<RecordingAction>();
-    mTasksBefore = TaskScheduler::instance().scheduledTaskCount();
-}
-
-void tst_ImmediateActionButton::cleanup()
-{
-    mAction.reset();
-    QCOMPARE(TaskScheduler::instance().scheduledTaskCount(), mTasksBefore);
-}
-
-void tst_ImmediateActionButton::pressAndHold_data()
-{
-    QTest::addColumn<bool>("actionDelay");
-    QTest::addColumn<bool>("autoRepeat");
-    QTest::addColumn<int>("holdMs");
-    QTest::addColumn<int>("releaseX"); // -5: outside
-    QTest::addColumn<Times>("expected"); // the first run, if any, is on press unless delayed
-
-    QTest::newRow("on press") << false << false << 0 << -5 << Times { 0 };
-    QTest::newRow("delayed, released inside") << true << false << 0 << 10 << Times { 0 };
-    QTest::newRow("delayed, released outside") << true << false << 0 << -5 << Times {};
-    QTest::newRow("on press, held") << false << true << 1600 << 10 << Times { 0, 1000, 1500 };
-    QTest::newRow("delayed, held") << true << true << 1600 << 10 << Times { 1000, 1500, 1600 };
-}
-
-void tst_ImmediateActionButton::pressAndHold()
-{
-    QFETCH(bool, actionDelay);
-    QFETCH(bool, autoRepeat);
-    QFETCH(int, holdMs);
-    QFETCH(int, releaseX);
-    QFETCH(Times, expected);
-
-    auto button = makeButton();
-    button->setActionDelay(actionDelay);
-    button->setKorvexAutoRepeat(autoRepeat);
-    button->makeConnections(Bnd_ConnectionEnvironmentPtr());
-    QTest::mousePress(button.get(), Qt::LeftButton, {}, QPoint(10, 10));
-    QCOMPARE(mAction->count(), int(!actionDelay));
-    advance(holdMs);
-    QTest::mouseRelease(button.get(), Qt::LeftButton, {}, QPoint(releaseX, 10));
-    QCOMPARE(mAction->times, expected);
-}
-
-void tst_ImmediateActionButton::looks_data()
+void tst_ImmediateActionButton::pressAndRelease_data()
 {
     QTest::addColumn<Qt::MouseButton>("mouseButton");
-    QTest::addColumn<QByteArray>("menuConn");
-    QTest::addColumn<bool>("actionDelay");
-    QTest::addColumn<bool>("enabledModel"); // a bool model, true
-    QTest::addColumn<bool>("leave"); // the pointer leaves instead of releasing
+    QTest::addColumn<QString>("flags");
+    QTest::addColumn<int>("holdMs");
+    QTest::addColumn<int>("end");
+    QTest::addColumn<Times>("runs"); // on press unless delayed; repeats at 1000, 1500
     QTest::addColumn<QByteArray>("whileHeld"); // tracking: the action runs
     QTest::addColumn<QByteArray>("after");
 
     const Qt::MouseButton l = Qt::LeftButton, r = Qt::RightButton;
-    const QByteArray m = "M", n = cNormal, t = cTracking;
-    QTest::newRow("right, menu") << r << m << false << true << false << n << n;
-    QTest::newRow("right, menu, delayed") << r << m << true << false << false << n << n;
-    QTest::newRow("right, no menu") << r << QByteArray() << false << false << false << t << t;
-    QTest::newRow("left, menu, no model") << l << m << false << false << false << t << t;
-    QTest::newRow("left, model") << l << m << false << true << false << t << n;
-    QTest::newRow("leave, no model") << l << m << false << false << true << t << t;
-    QTest::newRow("leave, model") << l << m << false << true << true << t << n;
+    const QByteArray n = cNormal, t = cTracking;
+    row("on press", l, "", 0, Out, { 0 }, t, t);
+    row("delayed, released inside", l, "d", 0, In, { 0 }, t, t);
+    row("delayed, released outside", l, "d", 0, Out, {}, t, t);
+    row("on press, held", l, "r", 1600, In, { 0, 1000, 1500 }, t, t);
+    row("delayed, held", l, "dr", 1600, In, { 1000, 1500, 1600 }, t, t);
+    // The menu's press and release are ignored, also with the action delay on.
+    row("right, menu, delayed", r, "dme", 0, In, {}, n, n);
+    row("right, no menu", r, "", 0, In, { 0 }, t, t);
+    row("left, menu, model", l, "me", 0, In, { 0 }, t, n);
+    row("leave, model", l, "e", 0, Leave, { 0 }, t, n);
 }
 
-void tst_ImmediateActionButton::looks()
+void tst_ImmediateActionButton::pressAndRelease()
 {
     QFETCH(Qt::MouseButton, mouseButton);
-    QFETCH(QByteArray, menuConn);
-    QFETCH(bool, actionDelay);
-    QFETCH(bool, enabledModel);
-    QFETCH(bool, leave);
+    QFETCH(QString, flags);
+    QFETCH(int, holdMs);
+    QFETCH(int, end);
+    QFETCH(Times, runs);
     QFETCH(QByteArray, whileHeld);
     QFETCH(QByteArray, after);
 
     Bnde_SimpleValue<bool> canStep(QStringLiteral("Test.canStep"), true);
     QVERIFY(canStep.Publish());
-    auto button = makeButton(enabledModel ? "Test.canStep" : "");
-    button->setContextMenuConnectionSpec(menuConn);
-    button->setActionDelay(actionDelay);
-    button->makeConnections(Bnd_ConnectionEnvironmentPtr());
-    QVERIFY(shows(button.get(), cNormal));
+    auto button = makeButton(flags); // an enabled model holds true
+    QVERIFY(shows(button, cNormal));
     QTest::mousePress(button.get(), mouseButton, {}, QPoint(10, 10));
-    QVERIFY(shows(button.get(), whileHeld));
-    QEvent event(QEvent::Leave);
-    if (leave)
-        QCoreApplication::sendEvent(button.get(), &event);
+    QVERIFY(shows(button, whileHeld));
+    QCOMPARE(mAction->count(), int(whileHeld == cTracking && !flags.contains('d')));
+    advance(holdMs);
+    QEvent leave(QEvent::Leave);
+    if (end == Leave)
+        QCoreApplication::sendEvent(button.get(), &leave);
     else
-        QTest::mouseRelease(button.get(), mouseButton, {}, QPoint(10, 10));
-    QVERIFY(shows(button.get(), after));
-    QCOMPARE(mAction->count(), int(whileHeld == cTracking));
+        QTest::mouseRelease(button.get(), mouseButton, {}, QPoint(end == Out ? -5 : 10, 10));
+    QVERIFY(shows(button, after));
+    QCOMPARE(mAction->times, runs);
 }
 
 void tst_ImmediateActionButton::disabledByModel()
 {
-    auto button = makeButton("Test.canStep");
-    button->setKorvexAutoRepeat(true);
-    button->makeConnections(Bnd_ConnectionEnvironmentPtr());
+    auto button = makeButton("er");
     Bnde_SimpleValue<bool> canStep(QStringLiteral("Test.canStep"), false);
     QVERIFY(canStep.Publish()); // the waiting listener connects by itself
     QVERIFY(!button->isEnabled());
-    QVERIFY(shows(button.get(), cDisabled));
+    QVERIFY(shows(button, cDisabled));
     canStep.setValue(true);
-    QVERIFY(shows(button.get(), cNormal));
+    QVERIFY(shows(button, cNormal));
 
     // Disabled while held: no release will come, so the repeat stops.
     QTest::mousePress(button.get(), Qt::LeftButton);

@@ -6,6 +6,8 @@
 #include <QWidget>
 #include <QtTest>
 
+#include <memory>
+
 using Action = Bnde_ActionModelWithType<Bndt_Action<void()>>;
 
 class tst_Script : public QObject
@@ -16,8 +18,8 @@ private slots:
     void setText_data();
     void setText();
     void connectAndRun();
-    void scriptMayReplaceItselfWhileRunning();
-    void scriptMayDestroyItsOwnerWhileRunning();
+    void actionMayReplaceOrDestroyTheRunningScript_data();
+    void actionMayReplaceOrDestroyTheRunningScript();
 };
 
 void tst_Script::setText_data()
@@ -48,76 +50,58 @@ void tst_Script::setText()
 
 void tst_Script::connectAndRun()
 {
+    QWidget window; // "$Window." names take the window of the widget given to connect
+    QWidget *const widget = new QWidget(&window);
     Kiv_Script script;
-    QVERIFY(!script.connect({}, nullptr)); // no tree
+    QVERIFY(!script.connect({}, widget)); // no tree
     QVERIFY(!script.run());
-    script.setText("S.Go()");
-    QVERIFY(!script.connect({}, nullptr)); // no model: the tree goes, the text stays
+    script.setText("$Window.Go()");
+    QVERIFY(!script.connect({}, widget)); // no model: the tree goes, the text stays
     QVERIFY(!script.hasScript());
-    QCOMPARE(script.text(), QString("S.Go()"));
+    QCOMPARE(script.text(), QString("$Window.Go()"));
 
     int performed = 0;
-    Action go("S.Go", [&performed] { ++performed; });
+    Action go(QString::number(quintptr(&window), 16) + "$Window.Go", [&] { ++performed; });
     QVERIFY(go.Publish());
-    QVERIFY(!script.connect({}, nullptr)); // the dropped tree does not come back,
-    QVERIFY(!script.setText("S.Go()")); // not even with the same text
-    QVERIFY(script.setText("S.Go();"));
-    QVERIFY(script.connect({}, nullptr));
-    QVERIFY(!script.setText("S.Go();")); // keeps the connected tree
+    QVERIFY(!script.connect({}, widget)); // the dropped tree does not come back,
+    QVERIFY(!script.setText("$Window.Go()")); // not even with the same text
+    QVERIFY(script.setText("$Window.Go();"));
+    QVERIFY(script.connect({}, widget));
+    QVERIFY(!script.setText("$Window.Go();")); // keeps the connected tree
     QVERIFY(script.run());
-    QVERIFY(script.setText("S.Go()"));
+    QVERIFY(script.setText("$Window.Go()"));
     QVERIFY(!script.run()); // a new text needs a new connection
     QCOMPARE(performed, 1);
-
-    // "$Window." names take the window of the given widget.
-    QWidget window;
-    Action play(QString::number(quintptr(&window), 16) + "$Window.Go", [&] { ++performed; });
-    QVERIFY(play.Publish());
-    script.setText("$Window.Go()");
-    QVERIFY(script.connect({}, new QWidget(&window)));
-    QVERIFY(script.run());
-    QCOMPARE(performed, 2);
 }
 
-void tst_Script::scriptMayReplaceItselfWhileRunning()
+void tst_Script::actionMayReplaceOrDestroyTheRunningScript_data()
 {
-    Kiv_Script script;
+    QTest::addColumn<bool>("destroy"); // a "close" action deletes the owner, else a new text
+    QTest::newRow("replaced") << false;
+    QTest::newRow("owner destroyed") << true;
+}
+
+// The rest of the statements still run on the tree, which lives until the run ends.
+void tst_Script::actionMayReplaceOrDestroyTheRunningScript()
+{
+    QFETCH(bool, destroy);
+    auto owner = std::make_unique<Kiv_Script>();
     QStringList log;
-    Action replace("S.Replace", [&] {
-        log << "Replace";
-        script.setText("S.Missing()"); // the running tree must live on
-        script.connect({}, nullptr);
+    Action self("S.Self", [&] {
+        log << "Self";
+        if (destroy)
+            owner.reset();
+        else if (owner->setText("S.Missing()"))
+            owner->connect({}, nullptr);
     });
     Action after("S.After", [&] { log << "After"; });
-    QVERIFY(replace.Publish());
-    QVERIFY(after.Publish());
-
-    script.setText("S.Replace(); S.After()");
-    QVERIFY(script.connect({}, nullptr));
-    QVERIFY(script.run());
-    QCOMPARE(log, QStringList({ "Replace", "After" }));
-    QVERIFY(!script.hasScript());
-}
-
-void tst_Script::scriptMayDestroyItsOwnerWhileRunning()
-{
-    // A "close" action deletes the owner (and its script) in the middle of the script; the rest
-    // of the statements still run on the tree, which lives until the run ends.
-    auto *owner = new Kiv_Script;
-    QStringList log;
-    Bnde_ActionModelWithType<Bndt_Action<void()>> close("S.Close", [&] {
-        log << "Close";
-        delete owner;
-        owner = nullptr;
-    });
-    Bnde_ActionModelWithType<Bndt_Action<void()>> after("S.AfterClose", [&] { log << "After"; });
-    QVERIFY(close.Publish());
-    QVERIFY(after.Publish());
-    owner->setText("S.Close(); S.AfterClose()");
+    QVERIFY(self.Publish() && after.Publish());
+    owner->setText("S.Self(); S.After()");
     QVERIFY(owner->connect({}, nullptr));
     QVERIFY(owner->run());
-    QVERIFY(!owner);
-    QCOMPARE(log, QStringList({ "Close", "After" }));
+    QCOMPARE(log, QStringList({ "Self", "After" }));
+    QCOMPARE(!owner, destroy);
+    QVERIFY(!owner || !owner->hasScript());
 }
 
 QTEST_MAIN(tst_Script)
