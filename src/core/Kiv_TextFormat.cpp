@@ -1,6 +1,8 @@
 #include "Kiv_TextFormat.h"
 
+#include <cstdio>
 #include <cstring>
+#include <string>
 
 namespace {
 
@@ -119,9 +121,18 @@ QString Kiv_FormatPrintf(const std::string &iFormat, long iValue)
     Conversion conversion;
     if (!findConversion(iFormat, Kiv_PrintfKind::Integer, conversion))
         return QString::number(iValue);
-    // QString::asprintf formats in the C locale whatever the process locale is.
-    return QString::asprintf(rebuild(iFormat, conversion, "ll").c_str(),
-                             static_cast<long long>(iValue));
+    // The C library's formatting: QString::asprintf writes "%#X" with a lower-case "0x".
+    // Integers format alike in every locale (the grouping flag is not accepted).
+    const std::string format = rebuild(iFormat, conversion, "ll");
+    std::string out(64, '\0');
+    int length
+        = std::snprintf(out.data(), out.size(), format.c_str(), static_cast<long long>(iValue));
+    if (length >= int(out.size())) {
+        out.resize(size_t(length) + 1);
+        length
+            = std::snprintf(out.data(), out.size(), format.c_str(), static_cast<long long>(iValue));
+    }
+    return length < 0 ? QString::number(iValue) : QString::fromUtf8(out.data(), length);
 }
 
 QString Kiv_FormatPrintf(const std::string &iFormat, double iValue)
