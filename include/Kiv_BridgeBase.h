@@ -45,9 +45,8 @@ public:
     void setBridgeBackgroundPixmap(const QPixmap &iPixmap, bool iTiled);
 
 protected:
-    /// setChild() without the hooking up: answers whether a new child was taken (false for
-    /// null, for the present child and for a refused view). `iOperation` names the caller in
-    /// the warning.
+    /// setChild() without the hooking up: answers whether the view is the child now (false for
+    /// null and for a refused view). `iOperation` names the caller in the warning.
     bool acceptChild(Kiv_ViewInterface *iView, const char *iOperation);
     /// Deletes the child. A bridge calls it from its own destructor, while the whole widget
     /// still exists for a view that talks to its container as it goes.

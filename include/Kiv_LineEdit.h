@@ -39,7 +39,7 @@ public:
     void SetTextConnection(const QByteArray &iConnection);
     QByteArray GetTextConnection() const;
     /// Drops the binding (un-publishes the own model, disconnects the listener) and keeps the
-    /// connection string; setting the same string again binds anew.
+    /// connection string (so setting the same string again changes nothing).
     void ClearConnection();
     void makeConnections(Bnd_ConnectionEnvironmentPtr iEnv) override;
 

@@ -22,7 +22,8 @@ public:
     ~Kiv_QtWidgetFactoryRegistry() override;
 
     /// Puts the entry under the name; a later registration under the same name replaces it
-    /// until that entry is destroyed or unregistered, when the earlier one is back.
+    /// until that entry is destroyed or unregistered, when the earlier one is back. A null
+    /// entry hides the name, leaving it to Qt's own loader.
     static void registerEntry(const QString &iName, Kiv_FactoryEntryInterface *iEntry);
     /// Takes the entry out under every name it was registered with (entries do this when they
     /// are destroyed).

@@ -13,9 +13,12 @@ class Bnd_ModelBase;
 /// from inside a notification that is still being delivered through that very object. So the
 /// object is detached at once (the listener's connection cleared, the model un-published, the
 /// receive callback removed: no message reaches the widget through it any more) and deleted
-/// when control returns to the event loop, like QObject::deleteLater(): no callback can be
-/// running on it then, and a widget rebound in a loop does not keep what it dropped. Without an
-/// application object there is no event loop, and the object is deleted at once.
+/// when control returns to the event loop, like QObject::deleteLater(), or at the latest with
+/// the application object. So the delivery that dropped it has finished by then, and a widget
+/// rebound in a loop does not keep what it dropped. (A callback that opened a nested event loop,
+/// a modal dialog, may still be on the stack; listeners and models are built to be deleted
+/// inside their own callbacks.) Without an application object there is no event loop, and the
+/// object is deleted at once.
 ///
 /// GUI thread only.
 namespace Kiv_RetireLater {

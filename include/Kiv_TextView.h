@@ -18,7 +18,7 @@ public:
     void SetNameConnection(QString iConnection);
     QString nameConnection() const { return QString::fromUtf8(mValue.connectionString()); }
     /// Drops the binding (un-publishes the own model, disconnects the listener) and keeps the
-    /// connection string; setting the same string again binds anew.
+    /// connection string (so setting the same string again changes nothing).
     void ClearConnection();
     /// The text binding.
     Kiv_DisplayBinding<QString> &getConnection() { return mValue; }

@@ -20,8 +20,7 @@ class QWidget;
 /// One bound value of a widget, with the connection-string grammar every single-value widget
 /// shares:
 ///
-/// - the same string again changes nothing (the listener object stays), unless clear() dropped
-///   the binding meanwhile: then it binds again;
+/// - the same string again changes nothing (the listener object stays), also after clear();
 /// - an empty string leaves the value unbound;
 /// - "publish" (case-sensitive, after trimming), optional blanks and a name: the widget offers
 ///   its own model under that name, answering gets with its value and taking sets (unless the
@@ -30,10 +29,10 @@ class QWidget;
 ///   (connect()), or at once when the name needs none.
 ///
 /// A name beginning with "$Window" is made unique to the top-level window of the widget
-/// (Kiv_SubscriptionIdentifierSubstitution). A widget gives itself to the constructor and its
-/// published names are resolved at once. A view has no widget of its own: it passes null and
-/// gives its bridge widget to connect(); a name it publishes that needs a window waits until
-/// then, and a listened-to one is resolved anew at every connect().
+/// (Kiv_SubscriptionIdentifierSubstitution), as a script's names are. A widget gives itself to
+/// the constructor: a name it publishes is resolved when it is set. A view has no widget of its
+/// own: it passes null and gives its bridge widget to connect(); a name it publishes that needs
+/// a window waits until then. A listened-to name is resolved anew at every connect().
 ///
 /// Dropping a binding detaches the listener or un-publishes the own model at once and deletes
 /// it later (Kiv_RetireLater), so a callback still running on it stays safe.
@@ -71,11 +70,10 @@ public:
     /// Accepts a connection string; answers false when it changes nothing.
     bool setConnectionString(const QByteArray &iString)
     {
-        if (iString == mString && (mHasString || iString.isEmpty()) && !mDropped)
+        if (iString == mString && (mHasString || iString.isEmpty()))
             return false;
         mString = iString;
         mHasString = true;
-        mDropped = false;
         dropBinding();
         const QString text = QString::fromUtf8(iString);
         const QString trimmed = text.trimmed();
@@ -112,20 +110,17 @@ public:
     }
 
     /// Drops the present binding (un-publishes the own model, clears the listener) but keeps
-    /// the connection string: setting the same string again binds anew.
-    void clear()
-    {
-        dropBinding();
-        mDropped = true;
-    }
+    /// the connection string.
+    void clear() { dropBinding(); }
 
     /// Binds the listener in the environment; `iWindowOf` (or else the owner widget) tells the
-    /// window of "$Window" names. A published value that waited for its window is published.
+    /// window of "$Window" names. A view's value that waited for its window is published.
     void connect(const Bnd_ConnectionEnvironmentPtr &iEnv, QWidget *iWindowOf = nullptr)
     {
         QWidget *widget = iWindowOf ? iWindowOf : mOwner;
-        if (!mPublishName.isNull())
-            publish(widget);
+        if (!mPublishName.isNull() && !mOwner
+            && (iWindowOf || !mPublishName.startsWith(QLatin1String("$Window"))))
+            publish(iWindowOf);
         if (mListener) {
             mListener->SetConnectionName(listenName(widget));
             mListener->connect(iEnv);
@@ -246,6 +241,5 @@ private:
     std::function<bool(const T &)> mSet;
     const char *mRefusingOperation = nullptr;
     bool mHasString = false;
-    bool mDropped = false;
     bool mEchoGuard = false;
 };

@@ -33,7 +33,7 @@ KIVPLATFORM_EXPORT int languageIdForLocale(const QLocale &locale);
 
 /// Throws away the key events typed ahead: those waiting to be delivered to the GUI thread
 /// (in the system's message queue on Windows, and those posted to Qt's event queue). Nothing
-/// else is delivered or dropped: no event is processed inside the call. Used after a long
+/// else is dropped, and Qt delivers no event inside the call. Used after a long
 /// operation, so that keys hit while the application was busy do not act on what comes next.
 /// Where the windowing system hands keys to Qt only as the event loop runs (X11, Wayland),
 /// those it still holds are not reached. GUI thread only.

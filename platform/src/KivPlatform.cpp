@@ -3,13 +3,11 @@
 #include <QCoreApplication>
 #include <QGuiApplication>
 #include <QInputMethod>
-#include <QKeyEvent>
 #include <QLocale>
 #include <QLoggingCategory>
 
 #include <algorithm>
 #include <iterator>
-#include <limits>
 #include <utility>
 
 #ifdef Q_OS_WIN
@@ -233,9 +231,10 @@ int languageIdForLocale(const QLocale &locale)
 void discardTypedAheadKeys()
 {
 #ifdef Q_OS_WIN
-    // Keys typed while the thread was busy wait in its message queue; Qt has not read them.
+    // Keys typed while the thread was busy wait in its message queue (the key messages 256 to
+    // 265); Qt has not read them.
     MSG msg;
-    while (PeekMessageW(&msg, nullptr, WM_KEYFIRST, WM_KEYLAST, PM_REMOVE)) { }
+    while (PeekMessageA(&msg, nullptr, 0x100, 0x109, PM_REMOVE)) { }
 #endif
     if (!QCoreApplication::instance())
         return;

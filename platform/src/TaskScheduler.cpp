@@ -426,6 +426,9 @@ void TaskSchedulerTask::abortTask()
 
 void TaskSchedulerTask::setAbort()
 {
-    if (mScheduled)
-        mAbortPending = true;
+    if (!mScheduled)
+        return;
+    mAbortPending = true;
+    if (!mReady && !mRunning && !mHeld)
+        sched().stop(this); // held: it would never reach its firing
 }

@@ -47,7 +47,7 @@ void Kiv_BridgeBase::setChild(Kiv_ViewInterface *iView)
 bool Kiv_BridgeBase::acceptChild(Kiv_ViewInterface *iView, const char *iOperation)
 {
     if (iView == mChildP.get())
-        return false;
+        return iView != nullptr; // hooked up and fitted again
     if (iView && iView->getParent()) {
         // Its container owns it: taking it too would delete it twice.
         qWarning().noquote().nospace() << iOperation << ", view '" << iView->getName()

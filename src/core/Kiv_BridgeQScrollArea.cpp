@@ -77,7 +77,7 @@ void Kiv_BridgeQScrollArea::setChild(Kiv_ViewInterface *iView)
         iView->setParent(this);
         iView->setOrigin(QPoint(0, 0));
     } else if (iView) {
-        return; // refused, or the present child again
+        return; // refused
     }
     adjustChildToPortSize();
 }

@@ -34,11 +34,18 @@ Batch::~Batch()
     models.clear();
 }
 
+// An application object that goes away drops the deferred deletions still posted to it.
+void deletePendingBatch()
+{
+    delete gBatch;
+}
+
 Batch *currentBatch()
 {
     if (!gBatch) {
         gBatch = new Batch;
         gBatch->deleteLater();
+        qAddPostRoutine(&deletePendingBatch);
     }
     return gBatch;
 }

@@ -3,7 +3,6 @@
 #include "Kiv_FactoryEntryInterface.h"
 #include "Kiv_FactoryTable.h"
 
-#include <QDebug>
 #include <QHash>
 #include <QMap>
 
@@ -52,12 +51,6 @@ void Kiv_QtWidgetFactoryRegistry::registerEntry(const QString &iName,
                                                 Kiv_FactoryEntryInterface *iEntry)
 {
     ensureLibraryTable();
-    if (!iEntry) {
-        qWarning().noquote().nospace()
-            << "Kiv_QtWidgetFactoryRegistry::registerEntry, null entry for '" << iName
-            << "'; ignored";
-        return;
-    }
     Registry &r = registry();
     std::vector<Kiv_FactoryEntryInterface *> &stack = r.entries[iName];
     const auto present = std::find(stack.begin(), stack.end(), iEntry);

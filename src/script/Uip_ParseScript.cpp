@@ -58,6 +58,15 @@ public:
     {
         while (mEnd > 0 && mText.at(mEnd - 1).isSpace())
             --mEnd;
+        // Text that is not valid UTF-16 matches no literal or name: while such a character is
+        // still ahead, those tokens read as Unknown.
+        for (qsizetype i = 0; i < mEnd; ++i) {
+            const QChar c = mText.at(i);
+            if (c.isHighSurrogate() && i + 1 < mText.size() && mText.at(i + 1).isLowSurrogate())
+                ++i;
+            else if (c.isSurrogate())
+                mLastInvalid = i;
+        }
     }
 
     ScriptToken next()
@@ -68,6 +77,11 @@ public:
             return ScriptToken(TokenKind::End);
 
         const QStringView rest = QStringView(mText).mid(mPos, mEnd - mPos);
+        const bool validAhead = mPos > mLastInvalid;
+        if (!validAhead
+            && (rest.startsWith(u"false") || rest.startsWith(u"true") || rest.front().isLetter()
+                || rest.front() == u'$' || rest.front() == u'"'))
+            return ScriptToken(TokenKind::Unknown);
         if (rest.startsWith(u"false") || rest.startsWith(u"true")) {
             // A boolean literal takes the rest of the line with it (up to a line feed).
             const bool value = rest.startsWith(u"true");
@@ -132,6 +146,7 @@ private:
     QString mText;
     qsizetype mPos = 0;
     qsizetype mEnd;
+    qsizetype mLastInvalid = -1; // the last unpaired surrogate
 };
 
 // ---------------------------------------------------------------------------------------------
