@@ -40,7 +40,8 @@ public:
     }
 
     long size() const { return long(mValues.size()); }
-    const T &at(long i) const { return mValues[size_t(i)]; }
+    /// Element i (a reference, except for arrays of bool, whose elements are packed bits).
+    typename std::vector<T>::const_reference at(long i) const { return mValues[size_t(i)]; }
     const std::vector<T> &values() const { return mValues; }
 
     /// Replaces the whole content.
@@ -52,7 +53,8 @@ public:
             Bnd_ArrayDetail::reportBadIndex("set", GetConnectionName(), i, size());
             return false;
         }
-        if (Bnd_ValueTraits::equals(mValues[size_t(i)], iValue))
+        const T &current = at(i);
+        if (Bnd_ValueTraits::equals(current, iValue))
             return false;
         mValues[size_t(i)] = iValue;
         notifyReplaced(i, i + 1, 1);
@@ -140,10 +142,10 @@ private:
         }
         if (const auto *get = iInner.as<typename API::MsgGet>()) {
             if (get->value)
-                *get->value = mValues[size_t(i)];
+                *get->value = at(i);
         } else if (const auto *getVariant = iInner.as<Bndt_SimpleValue_BaseAPI::MsgGetVariant>()) {
             if (getVariant->value)
-                *getVariant->value = Bnd_Variant(mValues[size_t(i)]);
+                *getVariant->value = Bnd_Variant(T(at(i)));
         } else if (const auto *set = iInner.as<typename API::MsgSet>()) {
             setFromMessage(iMsg, i, set->value);
         } else if (const auto *setVariant = iInner.as<Bndt_SimpleValue_BaseAPI::MsgSetVariant>()) {
