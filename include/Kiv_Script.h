@@ -36,6 +36,8 @@ public:
 
     /// Whether a tree is present (the text parsed and a connect has not failed since).
     bool hasScript() const { return mNodeP != nullptr; }
+    /// Parses the text again when a failed connect dropped the tree; answers hasScript().
+    bool reparse();
 
     /// Connects every name of the tree in `iEnv`; "$Window" names are made unique to the
     /// top-level window of `iWidget` (which may be null). When a name does not connect or a

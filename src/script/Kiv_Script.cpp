@@ -22,6 +22,13 @@ bool Kiv_Script::setText(const QString &iText)
     return true;
 }
 
+bool Kiv_Script::reparse()
+{
+    if (!mNodeP && !mText.isEmpty())
+        mNodeP = Uip_ParseScript(mText, nullptr);
+    return hasScript();
+}
+
 bool Kiv_Script::connect(const Bnd_ConnectionEnvironmentPtr &iEnv, QWidget *iWidget)
 {
     if (!mNodeP)
