@@ -1,6 +1,9 @@
 #include "Kiv_ContextMenuListener.h"
 
-#include <QMenu>
+#include "Mnu_Menu.h"
+#include "Mnu_QtManager.h"
+
+#include <QPoint>
 
 Kiv_ContextMenuListener::Kiv_ContextMenuListener() = default;
 
@@ -16,6 +19,7 @@ void Kiv_ContextMenuListener::setConnectionName(const QString &iName)
 
 bool Kiv_ContextMenuListener::connect(const Bnd_ConnectionEnvironmentPtr &iEnv)
 {
+    mEnv = iEnv;
     return mListener.connect(iEnv);
 }
 
@@ -26,9 +30,14 @@ bool Kiv_ContextMenuListener::isConnected() const
 
 bool Kiv_ContextMenuListener::popup(const QPoint &iGlobalPos)
 {
-    QMenu *menu = mListener.getValue(nullptr);
-    if (!menu)
+    const QString description = mListener.getValue();
+    if (description.isEmpty())
         return false;
-    menu->popup(iGlobalPos);
-    return true;
+    if (!mManagerP || description != mDescription) {
+        mDescription = description;
+        mManagerP = std::make_unique<Mnu_QtManager>(nullptr, description.toLocal8Bit().constData());
+    }
+    if (!mManagerP->getMenu() || mManagerP->getMenu()->getSegmentCount() == 0)
+        return false;
+    return mManagerP->popup(iGlobalPos, mEnv);
 }

@@ -4,7 +4,12 @@
 
 #include "Bnde_SimpleValue.h"
 #include "Kiv_ImmediateActionButton.h"
+#include "Mnu_CommandSegment.h"
+#include "Mnu_QtManager.h"
 
+#include <QApplication>
+#include <QContextMenuEvent>
+#include <QMenu>
 #include <QtTest>
 
 #include <memory>
@@ -63,6 +68,7 @@ private slots:
     void pressAndRelease_data();
     void pressAndRelease();
     void disabledByModel();
+    void contextMenuFromItsDescription();
 
 private:
     std::optional<RecordingAction> mAction;
@@ -135,6 +141,51 @@ void tst_ImmediateActionButton::disabledByModel()
     canStep.setValue(false);
     advance(2000);
     QCOMPARE(mAction->times, Times({ 0, 1000 }));
+}
+
+namespace {
+// A context menu built in code, as generated source builds one: one item running the script.
+Mnu_QtManager *buttonMenu(Mnu_QtManager *iManager)
+{
+    auto *item = new Mnu_CommandSegment;
+    item->setName("Act");
+    item->setItemText("Act");
+    item->setActionScript("Test.act()");
+    iManager->getMenu()->addSegment(item);
+    return iManager;
+}
+} // namespace
+
+// The context-menu model names a menu description; the button pops that menu up, connected in
+// the button's environment, unless the button is disabled.
+void tst_ImmediateActionButton::contextMenuFromItsDescription()
+{
+    int key = 0;
+    Mnu_QtManager::registerMenuFactory("ButtonMenu", &key, buttonMenu);
+    Bnde_SimpleValue<QString> menuName(QStringLiteral("M"), QStringLiteral("Menus/ButtonMenu"));
+    Bnde_SimpleValue<bool> canStep(QStringLiteral("Test.canStep"), true);
+    QVERIFY(menuName.Publish() && canStep.Publish());
+    auto button = makeButton("me");
+    QContextMenuEvent event(QContextMenuEvent::Mouse, QPoint(5, 5), QPoint(100, 100));
+    QCoreApplication::sendEvent(button.get(), &event);
+    QVERIFY(event.isAccepted());
+    const auto shownMenu = [] {
+        for (QWidget *w : QApplication::topLevelWidgets())
+            if (qobject_cast<QMenu *>(w) && w->isVisible())
+                return static_cast<QMenu *>(w);
+        return static_cast<QMenu *>(nullptr);
+    };
+    QMenu *menu = shownMenu();
+    QVERIFY(menu);
+    menu->actions().first()->trigger();
+    menu->hide();
+    QTRY_COMPARE(mAction->count(), 1); // after the menu closed
+
+    canStep.setValue(false); // disabled: no menu
+    QContextMenuEvent again(QContextMenuEvent::Mouse, QPoint(5, 5), QPoint(100, 100));
+    QCoreApplication::sendEvent(button.get(), &again);
+    QVERIFY(!shownMenu());
+    Mnu_QtManager::unregisterMenuFactory("ButtonMenu", &key);
 }
 
 QTEST_MAIN(tst_ImmediateActionButton)
