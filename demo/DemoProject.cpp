@@ -2,9 +2,11 @@
 
 #include "Bnd_ConnectionDict.h"
 #include "Bnd_ConnectionToModel.h"
+#include "Kic_EditMenu.h"
 #include "TaskScheduler.h"
 #include "TaskSchedulerTask.h"
 
+#include <QCoreApplication>
 #include <QDebug>
 
 namespace {
@@ -51,6 +53,14 @@ DemoProject::DemoProject()
     , mProjectActions("Project.Actions")
     , mLog("Project.Log")
     , mLastAction("Project.LastAction", "Ready")
+    , mRecent("Project.Recent")
+    , mMarkerMenu("Project.MarkerMenu")
+    , mAspect("MainMonitor.AspectRatio", 169)
+    , mAspectText("MainMonitor.AspectText", "16:9")
+    , mView("View")
+    , mEdit("Edit")
+    , mApp("App.Actions")
+    , mTransportMenu("Transport.ContextMenu", "Menus/TransportContext")
 {
     mClipNames = mClips.add<Bnde_Array<QString>>(
         "name",
@@ -76,14 +86,28 @@ DemoProject::DemoProject()
     mProjectActions.add<Action>("export", [this] { startExport(); });
     mProjectActions.add<Action>("previousClip", [this] { selectRelative(-1); });
     mProjectActions.add<Action>("nextClip", [this] { selectRelative(+1); });
+    mTransport.add<Action>("clearMarkers", [this] { clearMarkers(); });
+    setupMenuModels();
 
     for (Bnd_ModelBase *m : std::initializer_list<Bnd_ModelBase *> {
              &mName,         &mClips,          &mSelection,     &mSelectedName, &mSelectedDuration,
              &mClipCount,    &mMarkers,        &mMarkerCount,   &mNotes,        &mPlayState,
              &mPosition,     &mTimecode,       &mTimecodeValue, &mPlayRate,     &mLoop,
              &mShowSafeArea, &mCanEdit,        &mExporting,     &mCanExport,    &mCanRemoveClip,
-             &mTransport,    &mProjectActions, &mLog,           &mLastAction })
+             &mTransport,    &mProjectActions, &mLog,           &mLastAction,   &mRecent,
+             &mMarkerMenu,   &mAspect,         &mAspectText,    &mView,         &mEdit,
+             &mApp,          &mTransportMenu })
         m->Publish();
+    // The menus toggle ".selected" of a list item, or write the aspect: the project acts.
+    mRecentWatch.setReceiveMessageCB([this](const Bnd_MessageInterface &) { recentPicked(); });
+    mRecentWatch.SetConnectionName(QStringLiteral("Project.Recent.selected"));
+    mMarkerWatch.setReceiveMessageCB([this](const Bnd_MessageInterface &) { markerPicked(); });
+    mMarkerWatch.SetConnectionName(QStringLiteral("Project.MarkerMenu.selected"));
+    mAspectWatch.setReceiveMessageCB([this](const Bnd_MessageInterface &m) {
+        if (m.is<Bndt_SimpleValue_Notifications::MsgValueChanged>())
+            aspectChanged();
+    });
+    mAspectWatch.SetConnectionName(QStringLiteral("MainMonitor.AspectRatio"));
 
     selectionChanged();
     say(QStringLiteral("Opened project \"%1\"").arg(mName.getValue()));
@@ -181,7 +205,99 @@ void DemoProject::addMarker()
 {
     mMarkers.append(mPosition.getValue());
     mMarkerCount.setValue(mMarkers.size());
+    updateMarkerMenu();
     say(QStringLiteral("Marker %1 at %2").arg(mMarkers.size()).arg(mTimecode.getValue()));
+}
+
+void DemoProject::clearMarkers()
+{
+    if (mMarkers.size() == 0)
+        return;
+    mMarkers.setValues({});
+    mMarkerCount.setValue(0);
+    updateMarkerMenu();
+    say(QStringLiteral("Markers cleared"));
+}
+
+void DemoProject::updateMarkerMenu()
+{
+    std::vector<QString> names;
+    for (long i = 0; i < mMarkers.size(); ++i)
+        names.push_back(
+            QStringLiteral("Marker %1 at %2")
+                .arg(i + 1)
+                .arg(Bnd_Timecode::fromFrameCount(mMarkers.at(i), cFramesPerSecond).toString()));
+    mMarkerSelected->setValues(std::vector<bool>(names.size(), false));
+    mMarkerNames->setValues(std::move(names));
+}
+
+void DemoProject::setupMenuModels()
+{
+    mRecentNames = mRecent.add<Bnde_Array<QString>>(
+        "name", std::vector<QString> { "Harbour Documentary", "City at Night", "Alpine Trail" });
+    mRecentSelected = mRecent.add<Bnde_Array<bool>>("selected", std::vector<bool>(3, false));
+    mMarkerNames = mMarkerMenu.add<Bnde_Array<QString>>("name");
+    mMarkerSelected = mMarkerMenu.add<Bnde_Array<bool>>("selected");
+
+    for (const char *panel : { "ShowClips", "ShowInspector", "ShowActivity" })
+        mView.add<Bnde_SimpleValue<bool>>(panel, true);
+
+    // The Edit menu acts on whichever text field has (or last had) the focus.
+    const char *const commands[]
+        = { "undo", "redo", "cut", "copy", "paste", "delete", "selectAll" };
+    for (unsigned int i = 0; i < unsigned(Kic_CommandCount); ++i) {
+        auto *action = mEdit.add<Action>(commands[i], [i] { Kic_EditMenu::instance().obey(i); });
+        action->setIsEnabledCB([i] {
+            bool enabled = false;
+            QString text;
+            return Kic_EditMenu::instance().commandStatus(i, enabled, text) && enabled;
+        });
+    }
+
+    mApp.add<Action>("openProject", [this] {
+        say(QStringLiteral("Open project: the showcase has just its own projects (File > Recent)"));
+    });
+    mApp.add<Action>("about", [this] {
+        say(QStringLiteral("KivCore showcase: every widget, menu and key acts on these models"));
+    });
+    mApp.add<Action>("quit", [] { QCoreApplication::quit(); });
+}
+
+void DemoProject::recentPicked()
+{
+    for (long i = 0; i < mRecentSelected->size(); ++i) {
+        if (!mRecentSelected->at(i))
+            continue;
+        mRecentSelected->set(i, false); // a pick, not a lasting state
+        const QString project = mRecentNames->at(i);
+        if (project != mName.getValue()) {
+            mName.setValue(project);
+            say(QStringLiteral("Opened project \"%1\"").arg(project));
+        }
+    }
+}
+
+void DemoProject::markerPicked()
+{
+    for (long i = 0; i < mMarkerSelected->size(); ++i) {
+        if (!mMarkerSelected->at(i))
+            continue;
+        mMarkerSelected->set(i, false);
+        if (i < mMarkers.size()) {
+            setPosition(mMarkers.at(i));
+            say(QStringLiteral("Go to marker %1 at %2").arg(i + 1).arg(mTimecode.getValue()));
+        }
+    }
+}
+
+void DemoProject::aspectChanged()
+{
+    const long aspect = mAspect.getValue();
+    const QString text = aspect == 43 ? QStringLiteral("4:3")
+        : aspect == 235               ? QStringLiteral("2.35:1")
+                                      : QStringLiteral("16:9");
+    mAspectText.setValue(text);
+    say(QStringLiteral("Aspect ratio %1").arg(text));
 }
 
 void DemoProject::addClip()

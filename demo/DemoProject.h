@@ -4,6 +4,7 @@
 // Everything a widget shows comes from here through named models; everything a user does
 // comes back as set messages or actions, which change the models and write a log line.
 
+#include "Bnd_ConnectionToModel.h"
 #include "Bnd_Timecode.h"
 #include "Bnde_ActionModel.h"
 #include "Bnde_Array.h"
@@ -61,6 +62,12 @@ private:
     void setPosition(long iFrame);
     void say(const QString &iLine);
     long selectedDuration() const;
+    void clearMarkers();
+    void updateMarkerMenu();
+    void recentPicked();
+    void markerPicked();
+    void aspectChanged();
+    void setupMenuModels();
 
     // Project data.
     Bnde_SimpleValue<QString> mName;
@@ -94,6 +101,23 @@ private:
     Bnde_SimpleValue<QString> mLog;
     Bnde_SimpleValue<QString> mLastAction;
     QStringList mLogLines;
+
+    // What the menus show and act on.
+    Bnde_Container mRecent; // recent projects: "name", "selected"
+    Bnde_Array<QString> *mRecentNames = nullptr;
+    Bnde_Array<bool> *mRecentSelected = nullptr;
+    Bnde_Container mMarkerMenu; // the markers as menu items: "name", "selected"
+    Bnde_Array<QString> *mMarkerNames = nullptr;
+    Bnde_Array<bool> *mMarkerSelected = nullptr;
+    Bnde_SimpleValue<long> mAspect; // 43, 169 or 235
+    Bnde_SimpleValue<QString> mAspectText;
+    Bnde_Container mView; // panel visibility: ShowClips, ShowInspector, ShowActivity
+    Bnde_Container mEdit; // the edit commands of the focused text field
+    Bnde_Container mApp; // openProject, about, quit
+    Bnde_SimpleValue<QString> mTransportMenu; // the transport buttons' context menu
+    Bnd_ConnectionToModel<Bndt_Array<bool>> mRecentWatch;
+    Bnd_ConnectionToModel<Bndt_Array<bool>> mMarkerWatch;
+    Bnd_ConnectionToModel<Bndt_SimpleValue<long>> mAspectWatch;
 
     std::unique_ptr<TaskSchedulerTask> mPlayTask;
     std::unique_ptr<TaskSchedulerTask> mExportTask;

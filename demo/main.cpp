@@ -7,6 +7,7 @@
 //   kivdemo --language de_DE     loads the library's translations for that locale
 
 #include "Bnd_ConnectionEnvironment.h"
+#include "Bnd_ConnectionToModel.h"
 #include "DemoProject.h"
 #include "Kib_DirPaths.h"
 #include "Kib_Resource.h"
@@ -14,12 +15,17 @@
 #include "Kiv_ConnectionUtils.h"
 #include "Kiv_CreateWidgetFromUILayout.h"
 #include "Kiv_FontManager.h"
+#include "Kiv_MenuBar.h"
 #include "Kiv_Script.h"
 #include "Kiv_StatusWindow.h"
+#include "Mnu_QtManager.h"
+#include "Mnu_QtMenuBarManager.h"
 
 #include <QCommandLineParser>
 #include <QDir>
 #include <QImage>
+#include <QLayout>
+#include <QPainter>
 #include <QPixmap>
 #include <QScreen>
 #include <QSet>
@@ -30,6 +36,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <vector>
 
 namespace {
 
@@ -73,6 +80,51 @@ private:
     QWidget *mParent;
     std::unique_ptr<Kiv_StatusWindow> mWindow;
 };
+
+// Shows or hides the panels as the View menu's models say.
+class PanelVisibility
+{
+public:
+    explicit PanelVisibility(QWidget *iWindow)
+    {
+        for (const char *model : { "View.ShowClips", "View.ShowInspector", "View.ShowActivity" }) {
+            const char *panel = !std::strcmp(model, "View.ShowClips") ? "clipBox"
+                : !std::strcmp(model, "View.ShowInspector")           ? "inspectorBox"
+                                                                      : "activityBox";
+            QWidget *widget = iWindow->findChild<QWidget *>(QString::fromLatin1(panel));
+            auto listener = std::make_unique<Bnd_ConnectionToModel<Bndt_SimpleValue<bool>>>(
+                QString::fromLatin1(model));
+            auto *raw = listener.get();
+            listener->setReceiveMessageCB([raw, widget](const Bnd_MessageInterface &) {
+                if (widget)
+                    widget->setVisible(raw->getValue(true));
+            });
+            mListeners.push_back(std::move(listener));
+        }
+    }
+
+private:
+    std::vector<std::unique_ptr<Bnd_ConnectionToModel<Bndt_SimpleValue<bool>>>> mListeners;
+};
+
+// Draws one opened menu of the bar into the window's picture, where it would drop down.
+void drawOpenMenu(QImage &ioImage, Kiv_MenuBar *iBar, QWidget *iWindow, const char *iMenu)
+{
+    Mnu_QtManager *manager = nullptr;
+    const auto bar = iBar->getMenuBarManager();
+    for (int i = 0; bar && i < bar->getMenuCount(); ++i)
+        if (bar->getMenuAt(i)->getMenu()->getName() == QLatin1String(iMenu))
+            manager = bar->getMenuAt(i);
+    QAction *entry = iBar->findAction(QVariant(QString::fromLatin1(iMenu)));
+    if (!manager || !entry)
+        return;
+    manager->aboutToShow(); // built from the models as an opening builds it
+    QMenu *popup = manager->getPopupMenu();
+    popup->ensurePolished();
+    popup->resize(popup->sizeHint());
+    const QPoint at = iBar->mapTo(iWindow, iBar->actionGeometry(entry).bottomLeft());
+    QPainter(&ioImage).drawImage(at, popup->grab().toImage());
+}
 
 // How many distinct colours the image has, counting up to iEnough.
 int distinctColours(const QImage &iImage, int iEnough)
@@ -132,8 +184,35 @@ int main(int argc, char **argv)
         return 1;
     }
     app.setMainWidget(window.get());
+    // Menus open as windows of their own: their look is set for the whole application.
+    app.setStyleSheet(QStringLiteral(
+        "QMenuBar { background: #2e3440; color: #d8dee9; font-family: \"DejaVu Sans\"; "
+        "font-size: 9pt; }"
+        "QMenuBar::item { padding: 3px 8px; background: transparent; }"
+        "QMenuBar::item:selected { background: #434c5e; }"
+        "QMenu { background: #2e3440; color: #d8dee9; border: 1px solid #4c566a; "
+        "font-family: \"DejaVu Sans\"; font-size: 9pt; }"
+        "QMenu::item { padding: 4px 24px 4px 24px; }"
+        "QMenu::item:selected { background: #5e81ac; color: #eceff4; }"
+        "QMenu::item:disabled { color: #6b7385; }"
+        "QMenu::separator { height: 1px; background: #4c566a; margin: 3px 8px; }"));
+    // The menu bar comes from its description; connecting the window fills it.
+    auto *menuBar = new Kiv_MenuBar(window.get(), "Menus/KivDemoMenuBar");
+    window->layout()->setMenuBar(menuBar);
     Kiv_ConnectionUtils::recursiveConnect(window.get(),
                                           Bnd_ConnectionEnvironment::blankEnvironment());
+    PanelVisibility panels(window.get());
+
+    // The monitor's context menu, from its own description.
+    Mnu_QtManager monitorMenu(nullptr, "Menus/MonitorContext");
+    if (QWidget *monitor = window->findChild<QWidget *>(QStringLiteral("monitor"))) {
+        monitor->setContextMenuPolicy(Qt::CustomContextMenu);
+        QObject::connect(monitor, &QWidget::customContextMenuRequested, monitor,
+                         [&monitorMenu, monitor](const QPoint &iPos) {
+                             monitorMenu.popup(monitor->mapToGlobal(iPos),
+                                               Bnd_ConnectionEnvironment::blankEnvironment());
+                         });
+    }
 
     ProgressWindow progress(window.get());
     project.setProgressSink([&progress](const QString &iMessage, int iPercent) {
@@ -146,14 +225,16 @@ int main(int argc, char **argv)
         scene.setText(
             QStringLiteral("Project.Actions.nextClip(); Transport.Actions.fastForward(); "
                            "Transport.Actions.addMarker(); Transport.Actions.fastForward(); "
-                           "Transport.Actions.stepForward(); Transport.Actions.addMarker()"));
+                           "Transport.Actions.stepForward(); Transport.Actions.addMarker(); "
+                           "Transport.Loop = true"));
         if (!scene.connect(Bnd_ConnectionEnvironment::blankEnvironment(), window.get())
             || !scene.run())
             std::fprintf(stderr, "kivdemo: the screenshot scene did not run\n");
         window->show();
         QCoreApplication::processEvents();
         const QString file = parser.value(screenshot);
-        const QImage image = window->grab().toImage();
+        QImage image = window->grab().toImage();
+        drawOpenMenu(image, menuBar, window.get(), "Playback");
         if (distinctColours(image, 64) < 64) {
             std::fprintf(stderr,
                          "kivdemo: the window rendered with almost no colours; not saved\n");
