@@ -4,39 +4,16 @@
 #include "Mnu_Log.h"
 #include "Mnu_Menu.h"
 #include "Mnu_SubmenuSegment.h"
+#include "core/Kiv_DescriptionFile.h"
 
 #include <QDomDocument>
 #include <QFile>
-#include <QXmlStreamReader>
 
 namespace {
 // How deep elements of a description may nest: menus nest at most cMaxMenuDepth deep, each level
 // a <Menu> and a <SubMenuSegment> with their children, and the root around it.
 constexpr int cMaxElementDepth = 2 * Mnu_Manager::cMaxMenuDepth + 8;
 
-// The depth of the deepest element, read without building anything (the document builder and
-// everything after it then only see bounded trees); -1 for text that is no XML.
-int elementDepth(const QByteArray &iXml)
-{
-    QXmlStreamReader reader(iXml);
-    int depth = 0;
-    int deepest = 0;
-    while (!reader.atEnd()) {
-        switch (reader.readNext()) {
-        case QXmlStreamReader::StartElement:
-            deepest = std::max(deepest, ++depth);
-            if (deepest > cMaxElementDepth)
-                return deepest; // deep enough to refuse; no need to read on
-            break;
-        case QXmlStreamReader::EndElement:
-            --depth;
-            break;
-        default:
-            break;
-        }
-    }
-    return reader.hasError() ? -1 : deepest;
-}
 } // namespace
 
 Mnu_Manager::Mnu_Manager() = default;
@@ -291,20 +268,18 @@ void Mnu_Manager::makeConnections(Bnd_ConnectionEnvironmentPtr iEnv)
 bool Mnu_Manager::xmlParser(const char *iDescriptionName)
 {
     const QString name = QString::fromLocal8Bit(iDescriptionName);
-    QFile file(Kib_Resource::getResourcePath() + name + QStringLiteral(".xml"));
-    if (!file.open(QIODevice::ReadOnly)) {
-        file.setFileName(name);
-        if (name.isEmpty() || !file.open(QIODevice::ReadOnly))
-            return false;
-    }
-    const QByteArray xml = file.readAll();
+    QFile file;
+    if (!Kiv_OpenDescriptionFile(
+            file, { Kib_Resource::getResourcePath() + name + QStringLiteral(".xml"), name }))
+        return false;
+    const QByteArray xml = file.read(cKivMaxDescriptionSize);
     file.close();
     return parseDescription(xml, file.fileName());
 }
 
 bool Mnu_Manager::parseDescription(const QByteArray &iXml, const QString &iSource)
 {
-    const int depth = elementDepth(iXml);
+    const int depth = Kiv_XmlElementDepth(iXml, cMaxElementDepth);
     if (depth > cMaxElementDepth) {
         qCWarning(lcMenu, "Mnu_Manager xmlParser %s nests elements deeper than %d levels",
                   qPrintable(iSource), cMaxElementDepth);
