@@ -20,6 +20,9 @@ public:
 
     const QString &getActionScript() const { return mScript.text(); }
     void setActionScript(const QString &iScript);
+    /// Runs the command as triggering its item does (later, through the delayed-action queue);
+    /// the key map uses it for menu actions.
+    void runCommand();
 
     int instantiate(Mnu_Manager *iManager) override;
     void refreshState() override;

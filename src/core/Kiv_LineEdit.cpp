@@ -1,6 +1,7 @@
 #include "Kiv_LineEdit.h"
 
 #include "Kiv_EditableText.h"
+#include "Kiv_KeymapMgr.h"
 #include "Kiv_WhatsThis.h"
 
 #include <QFocusEvent>
@@ -95,17 +96,24 @@ void Kiv_LineEdit::keyPressEvent(QKeyEvent *iEvent)
 
 bool Kiv_LineEdit::offerKeyToKeymap(QKeyEvent *iEvent)
 {
-    // The key map's part of typing, answering whether the key was dealt with here. Until the
-    // key map manager is there, every key goes to the line edit. With it, in this order:
-    //  1. when hot keys are allowed (mAllowHotKeys), look the key up in the context "Hotkey";
-    //     a non-empty entry types its second "|"-separated section at the cursor, and the key
-    //     is accepted (answer true);
-    //  2. offer the key to the key map's actions in the context "LineEdit", with
-    //     mKeymapContext as the environment of the action; an action that takes it ends here
-    //     (answer true);
-    //  3. if the key map has an action for the key in the context "MainWindow", ignore the
-    //     event so that it reaches the main window (answer true);
-    //  4. otherwise answer false: the line edit handles the key itself.
-    Q_UNUSED(iEvent);
+    Kiv_KeymapMgr &keymap = *Kiv_KeymapMgr::getInstance();
+    // A hot key types its text ("name|text") at the cursor.
+    if (mAllowHotKeys) {
+        const QString hotKey = keymap.lookup(iEvent, QStringLiteral("Hotkey"));
+        if (!hotKey.isEmpty()) {
+            insert(hotKey.section(QLatin1Char('|'), 1, 1));
+            iEvent->accept();
+            return true;
+        }
+    }
+    if (keymap.handleAction(iEvent, QStringLiteral("LineEdit"), mKeymapContext)) {
+        iEvent->accept();
+        return true;
+    }
+    // The main window's key: it goes on to the window, untouched by the field.
+    if (keymap.hasAction(iEvent, QStringLiteral("MainWindow"))) {
+        iEvent->ignore();
+        return true;
+    }
     return false;
 }

@@ -10,6 +10,7 @@
 #include "Kiv_CheckBox.h"
 #include "Kiv_Double.h"
 #include "Kiv_ImmediateActionButton.h"
+#include "Kiv_KeyEdit.h"
 #include "Kiv_Label.h"
 #include "Kiv_LineEdit.h"
 #include "Kiv_LongLabel.h"
@@ -44,6 +45,7 @@ void Kiv_RegisterLibraryWidgets()
     add<Kiv_ImmediateActionButton>("Kiv_ImmediateActionButton",
                                    "Immediate action button for transport control");
     add<Kiv_Label>("Kiv_Label", "QLabel with Model/View connection for label text");
+    add<Kiv_KeyEdit>("Kiv_KeyEdit", "QLineEdit that handles key sequences");
     add<Kiv_LineEdit>("Kiv_LineEdit", "QLineEdit connected to or published as string data model");
     add<Kiv_LongLabel>("Kiv_LongLabel",
                        "QLabel that displays a Model/View connection long value as text");

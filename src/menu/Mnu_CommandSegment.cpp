@@ -55,6 +55,11 @@ int Mnu_CommandSegment::instantiate(Mnu_Manager *iManager)
 
 void Mnu_CommandSegment::itemActivated(Mnu_MenuID)
 {
+    runCommand();
+}
+
+void Mnu_CommandSegment::runCommand()
+{
     if (!mScript.hasScript())
         return;
     // After the menu has closed: the queue runs it on a later turn of the event loop.

@@ -115,6 +115,7 @@ void tst_Factory::libraryTable_data()
         { "Kiv_Double", "A Widget to display a double value" },
         { "Kiv_ImmediateActionButton", "Immediate action button for transport control" },
         { "Kiv_Label", "QLabel with Model/View connection for label text" },
+        { "Kiv_KeyEdit", "QLineEdit that handles key sequences" },
         { "Kiv_LineEdit", "QLineEdit connected to or published as string data model" },
         { "Kiv_LongLabel", "QLabel that displays a Model/View connection long value as text" },
         { "Kiv_PlayButton", "Immediate action play button for transport control" },
