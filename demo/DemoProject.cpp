@@ -87,6 +87,13 @@ DemoProject::DemoProject()
     mProjectActions.add<Action>("previousClip", [this] { selectRelative(-1); });
     mProjectActions.add<Action>("nextClip", [this] { selectRelative(+1); });
     mTransport.add<Action>("clearMarkers", [this] { clearMarkers(); });
+    mTransport.add<Action>("togglePlay", [this] {
+        mPlayState.getValue() == QLatin1String("playing") ? stop() : play();
+    });
+    mTransport.add<Action>("toggleLoop", [this] {
+        mLoop.setValue(!mLoop.getValue());
+        say(mLoop.getValue() ? QStringLiteral("Loop on") : QStringLiteral("Loop off"));
+    });
     setupMenuModels();
 
     for (Bnd_ModelBase *m : std::initializer_list<Bnd_ModelBase *> {
@@ -261,6 +268,10 @@ void DemoProject::setupMenuModels()
         say(QStringLiteral("KivCore showcase: every widget, menu and key acts on these models"));
     });
     mApp.add<Action>("quit", [] { QCoreApplication::quit(); });
+    mApp.add<Action>("shortcuts", [this] {
+        if (mOpenShortcuts)
+            mOpenShortcuts();
+    });
 }
 
 void DemoProject::recentPicked()

@@ -36,6 +36,10 @@ public:
     {
         mProgressSink = std::move(iSink);
     }
+    /// What "App.Actions.shortcuts" opens (the application's shortcuts dialog).
+    void setShortcutsOpener(std::function<void()> iOpen) { mOpenShortcuts = std::move(iOpen); }
+    /// Writes a line to the activity log.
+    void say(const QString &iLine);
 
     // Direct access for the application shell and tests.
     const QString &playState() const { return mPlayState.getValue(); }
@@ -60,7 +64,6 @@ private:
     void tick();
     void selectionChanged();
     void setPosition(long iFrame);
-    void say(const QString &iLine);
     long selectedDuration() const;
     void clearMarkers();
     void updateMarkerMenu();
@@ -123,4 +126,5 @@ private:
     std::unique_ptr<TaskSchedulerTask> mExportTask;
     int mExportPercent = 0;
     std::function<void(const QString &, int)> mProgressSink;
+    std::function<void()> mOpenShortcuts;
 };

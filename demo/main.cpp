@@ -15,20 +15,25 @@
 #include "Kiv_ConnectionUtils.h"
 #include "Kiv_CreateWidgetFromUILayout.h"
 #include "Kiv_FontManager.h"
+#include "Kiv_KeymapMgr.h"
 #include "Kiv_MenuBar.h"
 #include "Kiv_Script.h"
 #include "Kiv_StatusWindow.h"
 #include "Mnu_QtManager.h"
 #include "Mnu_QtMenuBarManager.h"
+#include "ShortcutsDialog.h"
 
 #include <QCommandLineParser>
 #include <QDir>
+#include <QFile>
 #include <QImage>
+#include <QKeyEvent>
 #include <QLayout>
 #include <QPainter>
 #include <QPixmap>
 #include <QScreen>
 #include <QSet>
+#include <QStandardPaths>
 #include <QTextStream>
 #include <QTimer>
 #include <QWidget>
@@ -45,8 +50,8 @@ namespace {
 void preferOffscreenWhenHeadless(int argc, char **argv)
 {
     for (int i = 1; i < argc; ++i) {
-        const bool headless
-            = !std::strcmp(argv[i], "--screenshot") || !std::strcmp(argv[i], "--list-models");
+        const bool headless = !std::strcmp(argv[i], "--screenshot")
+            || !std::strcmp(argv[i], "--list-models") || !std::strcmp(argv[i], "--check-keys");
         if (headless && qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
             qputenv("QT_QPA_PLATFORM", "offscreen");
     }
@@ -107,6 +112,30 @@ private:
     std::vector<std::unique_ptr<Bnd_ConnectionToModel<Bndt_SimpleValue<bool>>>> mListeners;
 };
 
+// The keys that reach the window (no field took them): the monitor's transport keys, then the
+// window's own (menu actions among them).
+class WindowKeys : public QObject
+{
+public:
+    explicit WindowKeys(QWidget *iWindow) { iWindow->installEventFilter(this); }
+
+protected:
+    bool eventFilter(QObject *iObject, QEvent *iEvent) override
+    {
+        if (iEvent->type() != QEvent::KeyPress)
+            return QObject::eventFilter(iObject, iEvent);
+        auto *key = static_cast<QKeyEvent *>(iEvent);
+        Kiv_KeymapMgr &keymap = *Kiv_KeymapMgr::getInstance();
+        const Bnd_ConnectionEnvironmentPtr env = Bnd_ConnectionEnvironment::blankEnvironment();
+        if (keymap.handleAction(key, QStringLiteral("MainMonitor"), env)
+            || keymap.handleAction(key, QStringLiteral("MainWindow"), env)) {
+            key->accept();
+            return true;
+        }
+        return false;
+    }
+};
+
 // Draws one opened menu of the bar into the window's picture, where it would drop down.
 void drawOpenMenu(QImage &ioImage, Kiv_MenuBar *iBar, QWidget *iWindow, const char *iMenu)
 {
@@ -153,10 +182,14 @@ int main(int argc, char **argv)
         QStringLiteral("Render the main window into <file> and exit."), QStringLiteral("file"));
     const QCommandLineOption listModels(QStringLiteral("list-models"),
                                         QStringLiteral("Print every published model and exit."));
+    const QCommandLineOption checkKeys(
+        QStringLiteral("check-keys"),
+        QStringLiteral(
+            "Report keys that clash with menu accelerators or reach nothing, and exit."));
     const QCommandLineOption language(QStringLiteral("language"),
                                       QStringLiteral("Load the translations for <locale>."),
                                       QStringLiteral("locale"));
-    parser.addOptions({ screenshot, listModels, language });
+    parser.addOptions({ screenshot, listModels, checkKeys, language });
     parser.process(app);
 
     if (parser.isSet(language)) {
@@ -199,6 +232,36 @@ int main(int argc, char **argv)
     // The menu bar comes from its description; connecting the window fills it.
     auto *menuBar = new Kiv_MenuBar(window.get(), "Menus/KivDemoMenuBar");
     window->layout()->setMenuBar(menuBar);
+
+    // Keys: the shipped keymaps (a table per keyboard language), then the user's own.
+    Kiv_KeymapMgr &keymap = *Kiv_KeymapMgr::getInstance();
+    keymap.setMenuBar(menuBar);
+    keymap.loadAll(Kib_Resource::getResourcePath() + QStringLiteral("Keymaps/"),
+                   QStringLiteral("Keymap"));
+    const QString customKeys = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation)
+        + QStringLiteral("/Keymap-custom.xml");
+    if (QFile::exists(customKeys))
+        keymap.load(customKeys, keymap.setupCurrentLang(-1));
+    WindowKeys windowKeys(window.get());
+    if (parser.isSet(checkKeys)) {
+        // Every language's table, every context the showcase uses.
+        int problems = 0;
+        for (const int lang : { 0, 7, 12 })
+            for (const char *context : { "MainWindow", "MainMonitor", "LineEdit", "Hotkey" })
+                for (const QString &line :
+                     keymap.conflicts(QString::fromLatin1(context),
+                                      Bnd_ConnectionEnvironment::blankEnvironment(), lang)) {
+                    std::fprintf(stderr, "kivdemo: language %d: %s\n", lang, qPrintable(line));
+                    ++problems;
+                }
+        std::printf("kivdemo: %d key problems\n", problems);
+        return problems ? 1 : 0;
+    }
+    project.setShortcutsOpener([&] {
+        ShortcutsDialog dialog(window.get(), menuBar, customKeys);
+        if (dialog.exec() == QDialog::Accepted)
+            project.say(QStringLiteral("Keyboard shortcuts saved to %1").arg(customKeys));
+    });
     Kiv_ConnectionUtils::recursiveConnect(window.get(),
                                           Bnd_ConnectionEnvironment::blankEnvironment());
     PanelVisibility panels(window.get());
