@@ -7,15 +7,19 @@
 
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QFile>
 #include <QFileInfo>
 #include <QHeaderView>
 #include <QLabel>
 #include <QPushButton>
 #include <QSaveFile>
+#include <QSettings>
 #include <QTableWidget>
 #include <QVBoxLayout>
 
 namespace {
+const char *const cMovedKeys = "KeyboardShortcuts/movedKeys";
+
 QString contextOf(const QString &iTableKey)
 {
     return iTableKey.section(QLatin1String("::"), 0, 0);
@@ -60,6 +64,19 @@ ShortcutsDialog::ShortcutsDialog(QWidget *iParent, Kiv_MenuBar *iMenuBar,
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     fill();
     keyChanged();
+}
+
+void ShortcutsDialog::loadCustomKeys(const QString &iCustomFile)
+{
+    Kiv_KeymapMgr &keymap = *Kiv_KeymapMgr::getInstance();
+    const int keyboard = keymap.setupCurrentLang(-1);
+    const int lang = keymap.loaded(keyboard) ? keyboard : 0;
+    if (QFile::exists(iCustomFile))
+        keymap.load(iCustomFile, lang);
+    const QStringList moved = QSettings().value(QLatin1String(cMovedKeys)).toStringList();
+    for (const QString &tableKey : moved)
+        if (!keymap.KeyMap(lang).value(tableKey).custom)
+            keymap.KeyMap(lang).remove(tableKey);
 }
 
 void ShortcutsDialog::fill()
@@ -130,6 +147,8 @@ void ShortcutsDialog::assign()
     Kiv_KeymapMgr &keymap = *Kiv_KeymapMgr::getInstance();
     const Kiv_KeymapMgr::KeyMappingInfo info = keymap.KeyMap().value(tableKey);
     keymap.KeyMap().remove(tableKey);
+    if (!info.custom) // a shipped key: remembered, since the keymap file cannot say it moved
+        mMovedKeys << tableKey;
     keymap.addOrReplace(QKeySequence(mKey->text(), QKeySequence::PortableText), info.action,
                         info.actionID, info.actionScript, contextOf(tableKey), info.description,
                         true);
@@ -147,5 +166,9 @@ void ShortcutsDialog::save()
         mWarning->setText(tr("Cannot save %1: %2").arg(mCustomFile, file.errorString()));
         return;
     }
+    QSettings settings;
+    QStringList moved = settings.value(QLatin1String(cMovedKeys)).toStringList() + mMovedKeys;
+    moved.removeDuplicates();
+    settings.setValue(QLatin1String(cMovedKeys), moved);
     accept();
 }

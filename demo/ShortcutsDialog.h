@@ -6,6 +6,7 @@
 
 #include <QDialog>
 #include <QString>
+#include <QStringList>
 
 class Kiv_KeyEdit;
 class Kiv_MenuBar;
@@ -18,6 +19,11 @@ class ShortcutsDialog : public QDialog
 public:
     /// `iCustomFile` is where the user's own mappings are saved (and read at the next start).
     ShortcutsDialog(QWidget *iParent, Kiv_MenuBar *iMenuBar, const QString &iCustomFile);
+
+    /// Reads the user's own mappings into the table the keyboard's language uses, and takes out
+    /// the shipped keys the user moved elsewhere (the keymap format keeps additions only, so
+    /// the moved keys are remembered in the settings).
+    static void loadCustomKeys(const QString &iCustomFile);
 
     /// Who holds the key in the context already: a mapping's description or a menu item;
     /// empty when the key is free.
@@ -37,4 +43,5 @@ private:
     Kiv_KeyEdit *mKey;
     QLabel *mWarning;
     QPushButton *mAssign;
+    QStringList mMovedKeys; // shipped keys given another key in this dialog
 };

@@ -170,6 +170,7 @@ int distinctColours(const QImage &iImage, int iEnough)
 int main(int argc, char **argv)
 {
     preferOffscreenWhenHeadless(argc, argv);
+    QCoreApplication::setOrganizationName(QStringLiteral("KivCore"));
     QCoreApplication::setApplicationName(QStringLiteral("kivdemo"));
     Kib_DirPaths::setProductName(QStringLiteral("KivCore showcase"));
     Kiv_Application app(argc, argv);
@@ -236,16 +237,15 @@ int main(int argc, char **argv)
     // Keys: the shipped keymaps (a table per keyboard language), then the user's own.
     Kiv_KeymapMgr &keymap = *Kiv_KeymapMgr::getInstance();
     keymap.setMenuBar(menuBar);
-    keymap.loadAll(Kib_Resource::getResourcePath() + QStringLiteral("Keymaps/"),
-                   QStringLiteral("Keymap"));
+    const bool keymapsRead = keymap.loadAll(
+        Kib_Resource::getResourcePath() + QStringLiteral("Keymaps/"), QStringLiteral("Keymap"));
     const QString customKeys = QStandardPaths::writableLocation(QStandardPaths::AppConfigLocation)
         + QStringLiteral("/Keymap-custom.xml");
-    if (QFile::exists(customKeys))
-        keymap.load(customKeys, keymap.setupCurrentLang(-1));
+    ShortcutsDialog::loadCustomKeys(customKeys);
     WindowKeys windowKeys(window.get());
     if (parser.isSet(checkKeys)) {
         // Every language's table, every context the showcase uses.
-        int problems = 0;
+        int problems = keymapsRead ? 0 : 1;
         for (const int lang : { 0, 7, 12 })
             for (const char *context : { "MainWindow", "MainMonitor", "LineEdit", "Hotkey" })
                 for (const QString &line :

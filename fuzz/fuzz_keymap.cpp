@@ -1,5 +1,7 @@
-// libFuzzer target: the bytes are a keymap file, read into a language's table; what reads is
-// looked up, dispatched, written out as custom mappings and read back.
+// libFuzzer target: the bytes are a keymap file, read into a language's table (its includes are
+// looked for among the shipped keymaps); what reads is dispatched and checked for conflicts, and
+// its custom mappings are written out and must read back with the same keys, contexts and
+// actions.
 
 #include "Kiv_KeymapMgr.h"
 
@@ -20,8 +22,21 @@ extern "C" int LLVMFuzzerInitialize(int *, char ***)
     static char name[] = "fuzz_keymap";
     static char *argv[] = { name, nullptr };
     new QCoreApplication(argc, argv);
+    Kiv_KeymapMgr::getInstance()->setKeyMapsDirPath(QStringLiteral(KIV_FUZZ_KEYMAPS "/"));
     return 0;
 }
+
+namespace {
+// The custom mappings of a table as "context::key=action" lines.
+QStringList customLines(const Kiv_KeymapMgr::KeyMapping &iTable)
+{
+    QStringList lines;
+    for (auto it = iTable.constBegin(); it != iTable.constEnd(); ++it)
+        if (it->custom)
+            lines << it.key() + QLatin1Char('=') + it->action;
+    return lines;
+}
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *iData, size_t iSize)
 {
@@ -41,6 +56,14 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *iData, size_t iSize)
         keymap.handleAction(&press, context, Bnd_ConnectionEnvironmentPtr(), 12);
     }
     keymap.conflicts(QStringLiteral("MainWindow"));
-    keymap.loadFromXMLString(keymap.customKeyMappingsToXml(), 12);
+
+    keymap.setupCurrentLang(12);
+    const QString custom = keymap.customKeyMappingsToXml();
+    const QStringList written = customLines(keymap.KeyMap(12));
+    keymap.setupCurrentLang(13);
+    keymap.clearMgr();
+    keymap.loadFromXMLString(custom, 13);
+    if (customLines(keymap.KeyMap(13)) != written)
+        __builtin_trap(); // the custom mappings did not read back as they were
     return 0;
 }

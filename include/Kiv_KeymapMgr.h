@@ -1,11 +1,13 @@
 #pragma once
 
 #include "Bnd_ConnectionEnvironment.h"
+#include "Kiv_MenuBar.h"
 #include "kivcore_export.h"
 
 #include <QHash>
 #include <QKeySequence>
 #include <QMap>
+#include <QPointer>
 #include <QString>
 #include <QStringList>
 
@@ -14,7 +16,6 @@
 #include <set>
 
 class Bnd_ListenerBase;
-class Kiv_MenuBar;
 class Mnu_Segment;
 class QXmlStreamReader;
 class QKeyEvent;
@@ -61,8 +62,10 @@ public:
     /// ("Timeline::Ctrl+S"), in key order.
     typedef QMap<QString, KeyMappingInfo> KeyMapping;
 
-    /// How deep keymap files may include one another.
+    /// How deep keymap files may include one another, and how many files one reading (a file
+    /// and what it includes) may open.
     static constexpr int cMaxIncludeDepth = 16;
+    static constexpr int cMaxFilesPerReading = 256;
 
     /// The one manager, made when the library is loaded.
     static Kiv_KeymapMgr *getInstance();
@@ -72,13 +75,14 @@ public:
     const QString &keyMapsDirPath() const { return mDirPath; }
     /// The menu bar whose items menu actions trigger (may be null).
     void setMenuBar(Kiv_MenuBar *iMenuBar) { mMenuBarP = iMenuBar; }
-    Kiv_MenuBar *menuBar() const { return mMenuBarP; }
+    Kiv_MenuBar *menuBar() const { return mMenuBarP.data(); }
     /// Empties the table of the current language.
     void clearMgr();
 
     /// Loads `iBaseName` from the folder as the default table, then every "<base>-<Language>"
     /// file whose language name the system knows ("Keymap-French" into French's table).
-    void loadAll(const QString &iDir, const QString &iBaseName);
+    /// Answers whether every file read whole.
+    bool loadAll(const QString &iDir, const QString &iBaseName);
     /// Loads the file `iName` + ".xml" from the keymap folder (or the resource folder), or
     /// else `iName` as it is, into the table of the language. Answers whether the whole file
     /// (and what it includes) read; the mappings before a fault stay.
@@ -86,7 +90,7 @@ public:
     /// The same from the text of a keymap file.
     bool loadFromXMLString(const QString &iXml, int iLang);
     /// Whether the language has a table of its own.
-    bool loaded(int iLang) const;
+    bool loaded(int iLang);
     /// Makes the language current (below 0: the keyboard layout's); answers it, 0 for English.
     int setupCurrentLang(int iLang);
     int currentLang() const { return mCurrentLang; }
@@ -169,12 +173,13 @@ private:
     QString mDirPath;
     int mCurrentLang = 0;
     std::map<int, KeyMapping> mTables;
-    Kiv_MenuBar *mMenuBarP = nullptr;
+    QPointer<Kiv_MenuBar> mMenuBarP; // a menu bar may go before the key map
     std::unique_ptr<Bnd_ListenerBase> mChangedListenerP;
     std::unique_ptr<TaskSchedulerTask> mNotifyTaskP;
     bool mNotifyPending = false;
     /// The files being read, outermost first: an include of one of them is a cycle.
     QStringList mLoading;
+    int mFilesThisReading = 0;
     /// Key texts read while loading, with their sequences.
     QHash<QString, QKeySequence> mKeyCache;
 };

@@ -19,3 +19,9 @@ constexpr qint64 cKivMaxDescriptionSize = 16 * 1024 * 1024;
 /// Opens the first of the paths that names a regular file of at most cKivMaxDescriptionSize
 /// bytes (a folder, a device or a huge file is never read). Answers whether one opened.
 bool Kiv_OpenDescriptionFile(QFile &oFile, const QStringList &iPaths);
+
+/// Whether every tag of an XML text has a sane number of attributes (Qt's readers take time
+/// that grows with the square of an element's attributes); a text with a tag beyond that is
+/// logged, naming `iWho`, and answers false. Reads the text once, without parsing it.
+bool Kiv_XmlTagsAreSane(const QByteArray &iXml, const QString &iWho);
+bool Kiv_XmlTagsAreSane(const QString &iXml, const QString &iWho);

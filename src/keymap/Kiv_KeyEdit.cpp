@@ -65,19 +65,7 @@ void Kiv_KeyEdit::keyPressEvent(QKeyEvent *iEvent)
 
 bool Kiv_KeyEdit::event(QEvent *iEvent)
 {
-    // Every key is the field's to record, also those that would move the focus or trigger a
-    // shortcut.
-    if (iEvent->type() == QEvent::ShortcutOverride) {
-        iEvent->accept();
-        return true;
-    }
-    if (iEvent->type() == QEvent::KeyPress) {
-        auto *key = static_cast<QKeyEvent *>(iEvent);
-        if (key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab) {
-            keyPressEvent(key);
-            return true;
-        }
-    }
+    // Tab and Backtab still move the focus: the field records keys, it does not trap them.
     return QLineEdit::event(iEvent);
 }
 

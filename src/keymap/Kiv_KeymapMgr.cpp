@@ -94,34 +94,39 @@ Kiv_KeymapMgr::KeyMapping &Kiv_KeymapMgr::KeyMap()
     return KeyMap(-1);
 }
 
+// The table the current language reads: its own when one was loaded, else the default one.
+// Changes go there too, so a change never makes an empty table that hides the default one.
 Kiv_KeymapMgr::KeyMapping &Kiv_KeymapMgr::currentTable()
 {
-    return mTables[mCurrentLang];
+    return KeyMap(mCurrentLang);
 }
 
-bool Kiv_KeymapMgr::loaded(int iLang) const
+bool Kiv_KeymapMgr::loaded(int iLang)
 {
-    return mTables.count(iLang < 0 || iLang == cEnglish ? 0 : iLang) > 0;
+    const int lang = iLang < 0 ? setupCurrentLang(-1) : iLang;
+    return mTables.count(lang == cEnglish ? 0 : lang) > 0;
 }
 
 // --- Reading
 
-void Kiv_KeymapMgr::loadAll(const QString &iDir, const QString &iBaseName)
+bool Kiv_KeymapMgr::loadAll(const QString &iDir, const QString &iBaseName)
 {
     setKeyMapsDirPath(iDir);
-    load(iBaseName, 0);
+    bool ok = load(iBaseName, 0);
     const QDir dir(iDir);
     if (!dir.exists())
-        return;
+        return ok;
     for (const QString &file : dir.entryList({ QStringLiteral("*.xml") }, QDir::Files)) {
         const QString name = file.chopped(4);
         if (!name.startsWith(iBaseName) || name.indexOf(QLatin1Char('-')) < 0)
             continue;
-        // Languages the system knows by their English names, English itself excepted.
-        const int lang = KivPlatform::languageIdForName(name.section(QLatin1Char('-'), 1));
-        if (lang > 0 && lang != cEnglish)
-            load(name, lang);
+        // Languages the system knows by their English names (exactly), English excepted.
+        const QString language = name.section(QLatin1Char('-'), 1);
+        const int lang = KivPlatform::languageIdForName(language);
+        if (lang > 0 && lang != cEnglish && KivPlatform::languageName(lang) == language)
+            ok = load(name, lang) && ok;
     }
+    return ok;
 }
 
 bool Kiv_KeymapMgr::load(const QString &iName, int iLang)
@@ -132,9 +137,14 @@ bool Kiv_KeymapMgr::load(const QString &iName, int iLang)
         qWarning("Kiv_KeymapMgr::load cannot open resource %s", qPrintable(iName));
         return false;
     }
-    const QString path = QFileInfo(file).absoluteFilePath();
-    if (mLoading.contains(path) || mLoading.size() >= cMaxIncludeDepth) {
-        qWarning("Kiv_KeymapMgr::parseIncludes, %s includes itself or nests too deep",
+    // The file itself, whatever name or link reached it: an include of a file being read is a
+    // cycle. And however files include one another, one reading opens a bounded number.
+    const QString path = QFileInfo(file).canonicalFilePath();
+    if (mLoading.isEmpty())
+        mFilesThisReading = 0;
+    if (mLoading.contains(path) || mLoading.size() >= cMaxIncludeDepth
+        || ++mFilesThisReading > cMaxFilesPerReading) {
+        qWarning("Kiv_KeymapMgr::parseIncludes, %s includes itself or includes too many files",
                  qPrintable(iName));
         return false;
     }
@@ -175,7 +185,10 @@ struct Kiv_KeymapMgr::Reading
 
 template<class Text> bool Kiv_KeymapMgr::parseDocument(const Text &iXml, int iLang)
 {
+    if (!Kiv_XmlTagsAreSane(iXml, QStringLiteral("Kiv_KeymapMgr load")))
+        return false;
     QXmlStreamReader reader(iXml); // reads without recursion, however deep the text nests
+    reader.setNamespaceProcessing(false); // tags are compared as written, prefixes included
     Reading reading;
     if (reader.readNextStartElement())
         xmlDocParser(reader, reading);
@@ -190,7 +203,7 @@ template<class Text> bool Kiv_KeymapMgr::parseDocument(const Text &iXml, int iLa
 
     const int remembered = mCurrentLang;
     setupCurrentLang(iLang);
-    currentTable(); // made when missing
+    mTables[mCurrentLang]; // a file gives its language a table of its own
     bool ok = true;
     for (const Reading::Step &step : reading.steps) {
         if (step.kind == Reading::Fault) {
@@ -220,28 +233,28 @@ template<class Text> bool Kiv_KeymapMgr::parseDocument(const Text &iXml, int iLa
 
 void Kiv_KeymapMgr::xmlDocParser(QXmlStreamReader &ioReader, Reading &ioReading)
 {
-    if (ioReader.name() != QLatin1String("KeyMappings")) {
+    if (ioReader.qualifiedName() != QLatin1String("KeyMappings")) {
         ioReading.fault(QStringLiteral("Kiv_KeymapMgr::xmlDocParser, unexpected top-level tag <%1>")
-                            .arg(ioReader.name()));
+                            .arg(ioReader.qualifiedName()));
         return;
     }
     while (!ioReading.stopped && ioReader.readNextStartElement()) {
-        if (ioReader.name() == QLatin1String("Entries"))
+        if (ioReader.qualifiedName() == QLatin1String("Entries"))
             parseEntries(ioReader, ioReading);
-        else if (ioReader.name() == QLatin1String("Includes"))
+        else if (ioReader.qualifiedName() == QLatin1String("Includes"))
             parseIncludes(ioReader, ioReading);
         else
             ioReading.fault(QStringLiteral("Kiv_KeymapMgr::xmlParser, unexpected tag <%1>")
-                                .arg(ioReader.name()));
+                                .arg(ioReader.qualifiedName()));
     }
 }
 
 void Kiv_KeymapMgr::parseIncludes(QXmlStreamReader &ioReader, Reading &ioReading)
 {
     while (!ioReading.stopped && ioReader.readNextStartElement()) {
-        if (ioReader.name() != QLatin1String("File")) {
+        if (ioReader.qualifiedName() != QLatin1String("File")) {
             ioReading.fault(QStringLiteral("Kiv_KeymapMgr::parseIncludes, unexpected tag <%1>")
-                                .arg(ioReader.name()));
+                                .arg(ioReader.qualifiedName()));
             return;
         }
         ioReading.steps.push_back(
@@ -260,9 +273,9 @@ void Kiv_KeymapMgr::parseEntries(QXmlStreamReader &ioReader, Reading &ioReading)
 {
     const QString context = ioReader.attributes().value(QLatin1String("Context")).toString();
     while (!ioReading.stopped && ioReader.readNextStartElement()) {
-        if (ioReader.name() != QLatin1String("Entry")) {
+        if (ioReader.qualifiedName() != QLatin1String("Entry")) {
             ioReading.fault(QStringLiteral("Kiv_KeymapMgr::xmlParser, unexpected tag <%1>")
-                                .arg(ioReader.name()));
+                                .arg(ioReader.qualifiedName()));
             return;
         }
         parseEntry(ioReader, context, ioReading);
@@ -277,7 +290,7 @@ void Kiv_KeymapMgr::parseEntry(QXmlStreamReader &ioReader, const QString &iConte
     step.identifier = attributes.value(QLatin1String("id")).toString();
     step.key = attributes.value(QLatin1String("key")).toString();
     while (ioReader.readNextStartElement()) {
-        const QStringView tag = ioReader.name();
+        const QStringView tag = ioReader.qualifiedName();
         if (tag == QLatin1String("CustomKeyMapping")) {
             step.custom = true;
             ioReader.skipCurrentElement();
@@ -458,6 +471,8 @@ QString Kiv_KeymapMgr::getMenuActionLabel(const QKeySequence &iKey, const KeyMap
 bool Kiv_KeymapMgr::handleAction(QKeyEvent *iEvent, const QString &iContext,
                                  const Bnd_ConnectionEnvironmentPtr &iEnv, int iLang)
 {
+    // Held here: what runs may destroy the widget whose environment this is.
+    const Bnd_ConnectionEnvironmentPtr env = iEnv;
     const QKeySequence key = keySequence(iEvent);
     const KeyMappingInfo *found = lookupInfo(key, iContext, iLang);
     if (!found)
@@ -472,16 +487,16 @@ bool Kiv_KeymapMgr::handleAction(QKeyEvent *iEvent, const QString &iContext,
     }
     if (!info.actionScript.isEmpty()) {
         const std::unique_ptr<Uip_ParseNode> script = Uip_ParseScript(info.actionScript, nullptr);
-        if (script && script->ConnectAndTypeCheck(iEnv, nullptr)) {
-            Bnd_Variant result;
-            script->Evaluate(&result);
-            return true;
-        }
+        if (!script || !script->ConnectAndTypeCheck(env, nullptr))
+            return false;
+        Bnd_Variant result;
+        script->Evaluate(&result);
+        return true;
     }
     if (!info.action.isEmpty()) {
-        Bnd_ListenerBase action(QString(), iEnv);
+        Bnd_ListenerBase action(QString(), env);
         action.SetConnectionName(info.action);
-        action.connect(iEnv);
+        action.connect(env);
         bool enabled = false;
         if (action.SendMessageToModel(Bndt_Action_API::MsgIsEnabled(&enabled)) && enabled) {
             Bnd_Variant result;
@@ -523,7 +538,7 @@ QString Kiv_KeymapMgr::customKeyMappingsToXml()
 
 bool Kiv_KeymapMgr::dump(const QString &iFilter, int iLang)
 {
-    const int lang = iLang < 0 ? mCurrentLang : iLang;
+    const int lang = iLang < 0 ? setupCurrentLang(-1) : iLang;
     const KeyMapping &table = KeyMap(lang);
     const char *const rule = "================================================";
     qDebug("%s", rule);
@@ -549,8 +564,12 @@ QStringList Kiv_KeymapMgr::conflicts(const QString &iContext,
         const QKeySequence key(it.key().mid(prefix.size()), QKeySequence::PortableText);
         const KeyMappingInfo &info = *it;
         if (isMenuAction(info)) {
-            if (mMenuBarP && !menuSegmentFor(key, info))
+            Mnu_Segment *item = mMenuBarP ? menuSegmentFor(key, info) : nullptr;
+            if (mMenuBarP && !item)
                 problems << QStringLiteral("%1: the menu action finds no menu item").arg(it.key());
+            else if (item && !qobject_cast<Mnu_CommandSegment *>(item))
+                problems << QStringLiteral("%1: the menu item \"%2\" is no command")
+                                .arg(it.key(), item->getItemText());
             continue;
         }
         if (mMenuBarP && mMenuBarP->isDefinedAccelerator(key)) {

@@ -279,6 +279,8 @@ bool Mnu_Manager::xmlParser(const char *iDescriptionName)
 
 bool Mnu_Manager::parseDescription(const QByteArray &iXml, const QString &iSource)
 {
+    if (!Kiv_XmlTagsAreSane(iXml, QStringLiteral("Mnu_Manager xmlParser")))
+        return false;
     const int depth = Kiv_XmlElementDepth(iXml, cMaxElementDepth);
     if (depth > cMaxElementDepth) {
         qCWarning(lcMenu, "Mnu_Manager xmlParser %s nests elements deeper than %d levels",
