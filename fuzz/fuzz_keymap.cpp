@@ -40,12 +40,14 @@ QStringList customLines(const Kiv_KeymapMgr::KeyMapping &iTable)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *iData, size_t iSize)
 {
+    // The bytes go to the table of the keyboard's language: the one the custom mappings are
+    // written from.
     Kiv_KeymapMgr &keymap = *Kiv_KeymapMgr::getInstance();
-    keymap.setupCurrentLang(12);
+    const int lang = keymap.setupCurrentLang(-1);
     keymap.clearMgr();
     const QString xml = QString::fromUtf8(reinterpret_cast<const char *>(iData), qsizetype(iSize));
-    keymap.loadFromXMLString(xml, 12);
-    const Kiv_KeymapMgr::KeyMapping table = keymap.KeyMap(12);
+    keymap.loadFromXMLString(xml, lang);
+    const Kiv_KeymapMgr::KeyMapping table = keymap.KeyMap(lang);
     for (auto it = table.constBegin(); it != table.constEnd(); ++it) {
         const QString context = it.key().section(QLatin1String("::"), 0, 0);
         const QKeySequence key(it.key().section(QLatin1String("::"), 1),
@@ -53,17 +55,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t *iData, size_t iSize)
         if (key.isEmpty())
             continue;
         QKeyEvent press(QEvent::KeyPress, key[0].key(), key[0].keyboardModifiers());
-        keymap.handleAction(&press, context, Bnd_ConnectionEnvironmentPtr(), 12);
+        keymap.handleAction(&press, context, Bnd_ConnectionEnvironmentPtr(), lang);
     }
     keymap.conflicts(QStringLiteral("MainWindow"));
 
-    keymap.setupCurrentLang(12);
     const QString custom = keymap.customKeyMappingsToXml();
-    const QStringList written = customLines(keymap.KeyMap(12));
-    keymap.setupCurrentLang(13);
+    const QStringList written = customLines(keymap.KeyMap(lang));
+    const int other = lang == 13 ? 14 : 13;
+    keymap.setupCurrentLang(other);
     keymap.clearMgr();
-    keymap.loadFromXMLString(custom, 13);
-    if (customLines(keymap.KeyMap(13)) != written)
+    keymap.loadFromXMLString(custom, other);
+    if (customLines(keymap.KeyMap(other)) != written)
         __builtin_trap(); // the custom mappings did not read back as they were
     return 0;
 }

@@ -222,8 +222,10 @@ template<class Text> bool Kiv_KeymapMgr::parseDocument(const Text &iXml, int iLa
         auto sequence = mKeyCache.constFind(step.key);
         if (sequence == mKeyCache.constEnd())
             sequence = mKeyCache.insert(step.key, QKeySequence(step.key, QKeySequence::NativeText));
-        add(*sequence, step.action, step.context + QLatin1String("::") + step.identifier,
-            step.script, step.context, step.description, step.custom);
+        if (!add(*sequence, step.action, step.context + QLatin1String("::") + step.identifier,
+                 step.script, step.context, step.description, step.custom))
+            qWarning("Kiv_KeymapMgr::load, '%s' is not a key sequence; its entry is skipped",
+                     qPrintable(step.key));
     }
     mCurrentLang = remembered;
     if (mLoading.isEmpty())
@@ -322,10 +324,11 @@ bool Kiv_KeymapMgr::add(const QKeySequence &iKey, const QString &iAction, const 
                         const QString &iActionScript, const QString &iContext,
                         const QString &iDescription, bool iCustom)
 {
-    if (iKey.isEmpty() || iContext.isEmpty())
+    // A sequence of keys Qt cannot name ("CtrJl+") has no text to be stored or written under.
+    const QString keyText = iKey.toString(QKeySequence::PortableText);
+    if (keyText.isEmpty() || iContext.isEmpty())
         return false;
-    KeyMappingInfo &info = currentTable()[iContext + QLatin1String("::")
-                                          + iKey.toString(QKeySequence::PortableText)];
+    KeyMappingInfo &info = currentTable()[iContext + QLatin1String("::") + keyText];
     info = { iAction, iActionID, iDescription, iCustom, iActionScript };
     notifyKeymapsChanged();
     return true;
