@@ -17,7 +17,9 @@ class Bnd_ModelBase;
 /// descending from the longest published container prefix ("Clips.Actions.open" through the
 /// container "Clips"). A trailing subscript addresses one element of an array: "Clips.name[3]"
 /// element 3, "Clips.name[Cursor]" the element whose index is the current value of the long
-/// model "Cursor", read at each message. Listeners whose name finds nothing wait, keyed by the
+/// model "Cursor", read at each message. "Clips.name.arrayMetaData" names the change
+/// notifications of the array "Clips.name" (for listeners that only follow its changes: they
+/// get the array itself). Listeners whose name finds nothing wait, keyed by the
 /// root of the missing name, and are retried when a model under that root is published.
 class BNDCORE_EXPORT Bnd_ConnectionDict : public Bnd_ConnectionServiceInterface
 {

@@ -80,11 +80,21 @@ inline QString toDisplayString(const Bnd_Timecode &v)
 {
     return v.toString();
 }
+/// "{1, 3-7}": runs of consecutive values are shown as ranges, so a selection of every row of
+/// a huge list is a short text; after 50 runs the rest is counted ("... (+12 runs)").
 template<class T> QString toDisplayString(const SortedValueList<T> &v)
 {
     QStringList parts;
-    for (const T &x : v)
-        parts << QString::number(x);
+    long runs = 0;
+    v.forEachRun([&](const T &iFirst, const T &iLast) {
+        if (++runs > 50)
+            return;
+        parts << (iFirst == iLast ? QString::number(iFirst)
+                                  : QString::number(iFirst) + QLatin1Char('-')
+                                   + QString::number(iLast));
+    });
+    if (runs > 50)
+        parts << QStringLiteral("... (+%1 runs)").arg(runs - 50);
     return QLatin1Char('{') + parts.join(QLatin1String(", ")) + QLatin1Char('}');
 }
 template<class T> QString toDisplayString(T *const &v)

@@ -66,6 +66,14 @@ Bnd_ModelInterface *Bnd_ConnectionDict::findModel(const QString &iName) const
     auto it = mModels.constFind(iName);
     if (it != mModels.constEnd())
         return it.value();
+    // "Array.arrayMetaData" names the change notifications of an array: the array itself.
+    static const QString metaData = QStringLiteral(".arrayMetaData");
+    if (iName.endsWith(metaData)) {
+        Bnd_ModelInterface *array = findModel(iName.chopped(metaData.size()));
+        const Bndt_Type::Kind kind = array ? array->getModelType().kind() : Bndt_Type::Any;
+        if (kind == Bndt_Type::Array || kind == Bndt_Type::ActionArray)
+            return array;
+    }
     // Descend from the longest published prefix.
     for (int dot = iName.lastIndexOf(QLatin1Char('.')); dot > 0;
          dot = iName.lastIndexOf(QLatin1Char('.'), dot - 1)) {

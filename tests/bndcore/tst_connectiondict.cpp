@@ -112,6 +112,11 @@ void tst_ConnectionDict::subscriptsAddressOneElement()
     row.setValueQuietly(0);
     QCOMPARE(log.valueChanges, 1);
     QCOMPARE(indexed.getValue(), QString("a"));
+
+    // "Array.arrayMetaData" follows the array's changes; it means nothing for other models.
+    Bnd_ListenerBase changes("SB.Names.arrayMetaData");
+    Bnd_ListenerBase notAnArray("SB.Row.arrayMetaData");
+    QVERIFY(changes.isConnectedToModel() && !notAnArray.isConnectedToModel());
 }
 
 void tst_ConnectionDict::elementListenerHearsOnlyChangesThatConcernIt_data()
