@@ -103,6 +103,8 @@ private:
     friend class Kiv_BridgeViewport;
     void paintViewport(QPainter &iPainter, const QRect &iViewportRect);
     bool showToolTip(const QPoint &iViewportPos, const QPoint &iGlobalPos);
+    /// Gives the key to the view; answers whether it took it.
+    bool offerKeyToChild(QKeyEvent *iEvent);
     void updateScrollBars();
     void startDragAutoScroll();
     void doDragAutoScroll();

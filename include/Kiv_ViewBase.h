@@ -83,6 +83,8 @@ public:
     bool getToolTip(const QPoint &iPos, QRect *oTipRect, QString *oTipString) override;
     /// A null element: the base view offers nothing to drag.
     QDomElement getDragData(QPoint iPos, QDomDocument &ioDocument, QPixmap &oPixmap) override;
+    /// getDragData() with the image thrown away; views whose image is costly override it.
+    QDomElement getDragElement(QPoint iPos, QDomDocument &ioDocument) override;
     /// Leaves the event to others (marks it not accepted).
     void keyPressEvent(QKeyEvent *iEvent) override;
     bool event(QEvent *iEvent) override;

@@ -86,6 +86,9 @@ public:
     virtual bool getToolTip(const QPoint &iPos, QRect *oTipRect, QString *oTipString) = 0;
     /// The drag payload at the point: an element of the document and an image to drag.
     virtual QDomElement getDragData(QPoint iPos, QDomDocument &ioDocument, QPixmap &oPixmap) = 0;
+    /// The drag element at the point without its image: what a list asks of the dragged rows
+    /// whose images it does not show.
+    virtual QDomElement getDragElement(QPoint iPos, QDomDocument &ioDocument) = 0;
     virtual void keyPressEvent(QKeyEvent *iEvent) = 0;
     /// Any other event; answers whether the view handled it.
     virtual bool event(QEvent *iEvent) = 0;

@@ -44,6 +44,14 @@ protected:
             mAreaP->showToolTip(help->pos(), help->globalPos());
             return true;
         }
+        // Tab and Shift+Tab move the focus on, unless the view uses them (to go from cell to
+        // cell): it is asked first.
+        if (mAreaP && iEvent->type() == QEvent::KeyPress) {
+            auto *key = static_cast<QKeyEvent *>(iEvent);
+            if ((key->key() == Qt::Key_Tab || key->key() == Qt::Key_Backtab)
+                && mAreaP->offerKeyToChild(key))
+                return true;
+        }
         return QWidget::event(iEvent);
     }
 
@@ -300,15 +308,20 @@ bool Kiv_BridgeQScrollArea::focusNextPrevChild(bool iNext)
     return true;
 }
 
+bool Kiv_BridgeQScrollArea::offerKeyToChild(QKeyEvent *iEvent)
+{
+    Kiv_ViewInterface *child = getChild();
+    if (!child)
+        return false;
+    iEvent->accept();
+    child->keyPressEvent(iEvent);
+    return iEvent->isAccepted();
+}
+
 void Kiv_BridgeQScrollArea::keyPressEvent(QKeyEvent *iEvent)
 {
-    if (Kiv_ViewInterface *child = getChild()) {
-        iEvent->accept();
-        child->keyPressEvent(iEvent);
-        if (iEvent->isAccepted())
-            return;
-    }
-    QScrollArea::keyPressEvent(iEvent);
+    if (!offerKeyToChild(iEvent))
+        QScrollArea::keyPressEvent(iEvent);
 }
 
 namespace {

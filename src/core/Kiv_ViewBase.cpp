@@ -231,6 +231,12 @@ QDomElement Kiv_ViewBase::getDragData(QPoint, QDomDocument &, QPixmap &)
     return QDomElement();
 }
 
+QDomElement Kiv_ViewBase::getDragElement(QPoint iPos, QDomDocument &ioDocument)
+{
+    QPixmap unused;
+    return getDragData(iPos, ioDocument, unused);
+}
+
 void Kiv_ViewBase::keyPressEvent(QKeyEvent *iEvent)
 {
     if (iEvent)
