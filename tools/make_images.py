@@ -1,22 +1,25 @@
 #!/usr/bin/env python3
-"""Draws the transport button images under resources/Images/Buttons/.
+"""Draws the images the library ships under resources/Images/.
 
-Regenerate after changing a glyph or a colour (the PNGs are committed; nothing runs this at
-build time):
+Regenerate after changing a shape or a colour (the PNGs are committed; nothing runs this at build
+time):
 
-    python3 tools/make_button_images.py            # writes into resources/Images/Buttons/
-    python3 tools/make_button_images.py OUT_DIR    # writes somewhere else
+    python3 tools/make_images.py               # writes into resources/Images/
+    python3 tools/make_images.py IMAGES_DIR    # writes the same tree somewhere else
 
 Only the Python standard library is used (zlib and struct write the PNGs), so the output is the
-same on every machine.
+same on every machine. Shapes are given in a unit square and filled with 4x4 supersampling for
+smooth edges. Every image exists at its size and at twice that for screens with a device pixel
+ratio of 2 ("PlayNormal.png", "PlayNormal@2x.png").
 
-Every glyph is drawn in the states the buttons show: Normal, Tracking (pressed) and Disabled for
-Kiv_ImmediateActionButton, and additionally Cueing and Playing for the play glyph that
-Kiv_PlayButton shows. Each image exists at 32x32 ("PlayNormal.png") and at 64x64 for screens
-with a device pixel ratio of 2 ("PlayNormal@2x.png").
+Buttons/: the transport buttons, 32x32. Every glyph is drawn in the states the buttons show:
+Normal, Tracking (pressed) and Disabled for Kiv_ImmediateActionButton, and additionally Cueing
+and Playing for the play glyph that Kiv_PlayButton shows. The pictures are plain: a flat rounded
+rectangle in the colour of the state with a white glyph on it.
 
-The pictures are plain: a flat rounded rectangle in the colour of the state with a white glyph
-on it. Shapes are given in a unit square and filled with 4x4 supersampling for smooth edges.
+ResearchPane/: the sort arrows Kiv_Header draws at the right end of the sorted column's label,
+9x9: sortIconUp.png (ascending) and sortIconDown.png (descending), dark grey triangles on a
+transparent background.
 """
 
 import os
@@ -134,16 +137,59 @@ def png_bytes(size, rows):
             + chunk(b"IDAT", zlib.compress(raw, 9)) + chunk(b"IEND", b""))
 
 
-def main(argv):
-    root = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
-    out_dir = argv[1] if len(argv) > 1 else os.path.join(root, "resources", "Images", "Buttons")
+def write_png(path, size, rows):
+    with open(path, "wb") as f:
+        f.write(png_bytes(size, rows))
+
+
+def write_buttons(out_dir):
     os.makedirs(out_dir, exist_ok=True)
     for glyph, states in GLYPH_STATES.items():
         for state in states:
             for suffix, size in SIZES.items():
                 path = os.path.join(out_dir, "%s%s%s.png" % (glyph, state, suffix))
-                with open(path, "wb") as f:
-                    f.write(png_bytes(size, render(size, glyph, state)))
+                write_png(path, size, render(size, glyph, state))
+
+
+# The sort arrows: file stem and triangle in the unit square.
+SORT_ICON_SIZES = {"": 9, "@2x": 18}
+SORT_ICON_COLOUR = (46, 48, 50, 255)
+_UP = [(0.50, 0.24), (0.92, 0.74), (0.08, 0.74)]
+SORT_ICONS = {
+    "sortIconUp": _UP,
+    "sortIconDown": [(x, 1.0 - y) for (x, y) in _UP],
+}
+
+
+def render_shape(size, polygon, colour):
+    """One polygon in a colour on a transparent square."""
+    step = 1.0 / (size * SUPERSAMPLE)
+    rows = []
+    for py in range(size):
+        row = bytearray()
+        for px in range(size):
+            hits = sum(1 for sy in range(SUPERSAMPLE) for sx in range(SUPERSAMPLE)
+                       if inside_polygon((px * SUPERSAMPLE + sx + 0.5) * step,
+                                         (py * SUPERSAMPLE + sy + 0.5) * step, polygon))
+            coverage = hits / float(SUPERSAMPLE * SUPERSAMPLE)
+            row += bytes(over((0, 0, 0, 0), colour, coverage) if coverage > 0.0 else (0, 0, 0, 0))
+        rows.append(bytes(row))
+    return rows
+
+
+def write_sort_icons(out_dir):
+    os.makedirs(out_dir, exist_ok=True)
+    for stem, polygon in SORT_ICONS.items():
+        for suffix, size in SORT_ICON_SIZES.items():
+            path = os.path.join(out_dir, "%s%s.png" % (stem, suffix))
+            write_png(path, size, render_shape(size, polygon, SORT_ICON_COLOUR))
+
+
+def main(argv):
+    root = os.path.dirname(os.path.dirname(os.path.abspath(__file__)))
+    images_dir = argv[1] if len(argv) > 1 else os.path.join(root, "resources", "Images")
+    write_buttons(os.path.join(images_dir, "Buttons"))
+    write_sort_icons(os.path.join(images_dir, "ResearchPane"))
     return 0
 
 
