@@ -50,10 +50,10 @@ inline int runAndCompare(int argc, char **argv, const std::vector<Pair> &iPairs)
             continue;
         const double ratio = a->second / b->second;
         if (p.limit > 0)
-            std::printf("%-58s %10.3f %8.2f%s\n", (p.ours + " / " + p.theirs).c_str(), ratio,
+            std::printf("%-58s %10.4g %8.2f%s\n", (p.ours + " / " + p.theirs).c_str(), ratio,
                         p.limit, ratio <= p.limit ? "" : "  <-- over the limit");
         else
-            std::printf("%-58s %10.3f %8s\n", (p.ours + " / " + p.theirs).c_str(), ratio, "-");
+            std::printf("%-58s %10.4g %8s\n", (p.ours + " / " + p.theirs).c_str(), ratio, "-");
     }
     benchmark::Shutdown();
     return 0;

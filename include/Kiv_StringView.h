@@ -36,7 +36,7 @@ public:
     /// Closes the in-place editor, if one is open. The model already holds what was typed.
     void finishEditing();
     /// The open editor, null when none is open. The bridge widget owns it.
-    Kiv_LineEdit *editor() const { return mEditorP.data(); }
+    Kiv_LineEdit *editor() const;
 
     void makeConnections(Bnd_ConnectionEnvironmentPtr iEnv) override;
     void drawContents(QPainter *iPainter, const QRect &iRect) override;

@@ -31,6 +31,11 @@ void Kiv_StringView::SetConnectionID(QString iConnection)
         finishEditing(); // the editor edits the old model
 }
 
+Kiv_LineEdit *Kiv_StringView::editor() const
+{
+    return mEditorP.data();
+}
+
 QString Kiv_StringView::text() const
 {
     return mValue.value();

@@ -5,6 +5,7 @@
 #include "Bnd_MessageDispatcher.h"
 #include "Bnde_ActionModel.h"
 #include "Bnde_Array.h"
+#include "Bnde_ComputedArray.h"
 #include "Bnde_Container.h"
 #include "Bnde_SimpleValue.h"
 #include "Kib_Assert.h"
@@ -96,6 +97,7 @@ private slots:
     void actionVariants();
     void actionEnabledStateAndMisfits();
     void arrayMessagesAndNotifications();
+    void computedArrayReadsThroughItsFunctions();
     void actionArrayPerformsByIndex();
     void containerSizeAndChildren();
     void publishedWidgetModelThroughDispatcher();
@@ -261,6 +263,37 @@ void tst_Models::arrayMessagesAndNotifications()
     QCOMPARE(a.values(), (std::vector<long> { 7, 8 }));
     QCOMPARE(got,
              QStringList({ "1 2 1 4", "1 2 1 4", "2 2 1 5", "5 5 1 6", "1 3 0 4", "0 4 2 2" }));
+}
+
+void tst_Models::computedArrayReadsThroughItsFunctions()
+{
+    long count = 3;
+    int calls = 0;
+    Bnde_ComputedArray<long> squares(
+        "CA.squares", [&] { return count; },
+        [&](long i) {
+            ++calls;
+            return i * i;
+        });
+    squares.Publish();
+    Bnd_ConnectionToModel<Bndt_Array<long>> all("CA.squares");
+    Bnd_ConnectionToModel<Bndt_SimpleValue<long>> third("CA.squares[2]");
+    int changes = 0;
+    third.setReceiveMessageCB([&](const Bnd_MessageInterface &m) {
+        changes += m.is<Bndt_SimpleValue_Notifications::MsgValueChanged>();
+    });
+    QCOMPARE(all.size(), 3L);
+    QCOMPARE(third.getValue(), 4L);
+    QCOMPARE(all.at(3, -1), -1L); // past the end: the function is not asked
+    QCOMPARE(calls, 1);
+    QCOMPARE(all.setAt(1, 7), int(Bnd_Status::ReadOnly));
+    QVERIFY(!all.moveElement(0, 1));
+    count = 10; // the host's data grew: it tells the listeners
+    squares.notifyReplaced(3, 3, 7);
+    QCOMPARE(all.size(), 10L);
+    QCOMPARE(changes, 0); // element 2 is not among the new ones
+    squares.notifyReplaced(0, 10, 10);
+    QCOMPARE(changes, 1);
 }
 
 void tst_Models::actionArrayPerformsByIndex()
