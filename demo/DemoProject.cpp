@@ -35,6 +35,7 @@ DemoProject::DemoProject()
     , mSelectedName("Project.SelectedName")
     , mSelectedDuration("Project.SelectedDuration", 0)
     , mClipCount("Project.ClipCount", 0)
+    , mSelectionSummary("Project.SelectionSummary", "1 clip")
     , mMarkers("Project.Markers")
     , mMarkerCount("Project.MarkerCount", 0)
     , mNotes("Project.Notes", "Rough cut for Friday's review.")
@@ -69,6 +70,10 @@ DemoProject::DemoProject()
     mClipDurations = mClips.add<Bnde_Array<long>>(
         "duration",
         std::vector<long> { 12 * 25, 95 * 25 + 12, 21 * 25, 34 * 25 + 5, 8 * 25, 27 * 25 + 20 });
+    mClipIns = mClips.add<Bnde_Array<long>>(
+        "in", std::vector<long> { 3 * 25, 41 * 25 + 10, 0, 12 * 25 + 3, 95 * 25, 7 * 25 + 15 });
+    mClipLabels = mClips.add<Bnde_Array<QString>>(
+        "label", std::vector<QString> { "Blue", "Red", "Blue", "Green", "", "Yellow" });
     mClips.add<Bnde_Container>("Actions")->add<RowAction>("open",
                                                           [this](long row) { openClip(row); });
 
@@ -96,14 +101,39 @@ DemoProject::DemoProject()
     });
     setupMenuModels();
 
-    for (Bnd_ModelBase *m : std::initializer_list<Bnd_ModelBase *> {
-             &mName,         &mClips,          &mSelection,     &mSelectedName, &mSelectedDuration,
-             &mClipCount,    &mMarkers,        &mMarkerCount,   &mNotes,        &mPlayState,
-             &mPosition,     &mTimecode,       &mTimecodeValue, &mPlayRate,     &mLoop,
-             &mShowSafeArea, &mCanEdit,        &mExporting,     &mCanExport,    &mCanRemoveClip,
-             &mTransport,    &mProjectActions, &mLog,           &mLastAction,   &mRecent,
-             &mMarkerMenu,   &mAspect,         &mAspectText,    &mView,         &mEdit,
-             &mApp,          &mTransportMenu })
+    for (Bnd_ModelBase *m : std::initializer_list<Bnd_ModelBase *> { &mName,
+                                                                     &mClips,
+                                                                     &mSelection,
+                                                                     &mSelectedName,
+                                                                     &mSelectedDuration,
+                                                                     &mClipCount,
+                                                                     &mSelectionSummary,
+                                                                     &mMarkers,
+                                                                     &mMarkerCount,
+                                                                     &mNotes,
+                                                                     &mPlayState,
+                                                                     &mPosition,
+                                                                     &mTimecode,
+                                                                     &mTimecodeValue,
+                                                                     &mPlayRate,
+                                                                     &mLoop,
+                                                                     &mShowSafeArea,
+                                                                     &mCanEdit,
+                                                                     &mExporting,
+                                                                     &mCanExport,
+                                                                     &mCanRemoveClip,
+                                                                     &mTransport,
+                                                                     &mProjectActions,
+                                                                     &mLog,
+                                                                     &mLastAction,
+                                                                     &mRecent,
+                                                                     &mMarkerMenu,
+                                                                     &mAspect,
+                                                                     &mAspectText,
+                                                                     &mView,
+                                                                     &mEdit,
+                                                                     &mApp,
+                                                                     &mTransportMenu })
         m->Publish();
     // The menus toggle ".selected" of a list item, or write the aspect: the project acts.
     mRecentWatch.setReceiveMessageCB([this](const Bnd_MessageInterface &) { recentPicked(); });
@@ -144,7 +174,7 @@ void DemoProject::say(const QString &iLine)
 long DemoProject::selectedDuration() const
 {
     const long row = mSelection.getValue();
-    return row >= 0 && row < mClipDurations->size() ? mClipDurations->at(row) : 0;
+    return row >= 0 && row < mClipDurations->size() ? mClipDurations->at(row) : mOtherDuration;
 }
 
 void DemoProject::setPosition(long iFrame)
@@ -246,8 +276,9 @@ void DemoProject::setupMenuModels()
     mMarkerNames = mMarkerMenu.add<Bnde_Array<QString>>("name");
     mMarkerSelected = mMarkerMenu.add<Bnde_Array<bool>>("selected");
 
-    for (const char *panel : { "ShowClips", "ShowInspector", "ShowActivity" })
+    for (const char *panel : { "ShowClips", "ShowBin", "ShowInspector", "ShowActivity" })
         mView.add<Bnde_SimpleValue<bool>>(panel, true);
+    mView.add<Bnde_SimpleValue<bool>>("LargeBin", false);
 
     // The Edit menu acts on whichever text field has (or last had) the focus.
     const char *const commands[]
@@ -314,8 +345,10 @@ void DemoProject::aspectChanged()
 void DemoProject::addClip()
 {
     const long n = mClipNames->size() + 1;
-    mClipNames->append(QStringLiteral("New clip %1").arg(n));
+    mClipIns->append(0);
+    mClipLabels->append(QString());
     mClipDurations->append(10 * cFramesPerSecond);
+    mClipNames->append(QStringLiteral("New clip %1").arg(n)); // last: the bin follows the names
     mClipCount.setValue(mClipNames->size());
     updateStates();
     say(QStringLiteral("Added \"New clip %1\"").arg(n));
@@ -327,12 +360,23 @@ void DemoProject::removeClip()
     if (row < 0 || row >= mClipNames->size())
         return;
     const QString name = mClipNames->at(row);
-    mClipNames->remove(row);
     mClipDurations->remove(row);
+    mClipIns->remove(row);
+    mClipLabels->remove(row);
+    mClipNames->remove(row); // last: the bin follows the names
     mClipCount.setValue(mClipNames->size());
     mSelection.setValue(std::min(row, mClipNames->size() - 1));
     selectionChanged();
     say(QStringLiteral("Removed \"%1\"").arg(name));
+}
+
+void DemoProject::selectClip(long iRow)
+{
+    if (iRow < 0 || iRow >= mClipNames->size() || iRow == mSelection.getValue())
+        return;
+    stop();
+    mSelection.setValue(iRow);
+    selectionChanged();
 }
 
 void DemoProject::openClip(long iRow)
@@ -343,6 +387,16 @@ void DemoProject::openClip(long iRow)
     mSelection.setValue(iRow);
     selectionChanged();
     say(QStringLiteral("Opened \"%1\"").arg(mSelectedName.getValue()));
+}
+
+void DemoProject::openOther(const QString &iName, long iDuration)
+{
+    stop();
+    mOtherDuration = iDuration;
+    mSelection.setValue(-1);
+    selectionChanged();
+    mSelectedName.setValue(iName);
+    say(QStringLiteral("Opened \"%1\"").arg(iName));
 }
 
 void DemoProject::selectRelative(long iDelta)

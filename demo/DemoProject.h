@@ -41,6 +41,21 @@ public:
     /// Writes a line to the activity log.
     void say(const QString &iLine);
 
+    /// Makes a clip of the project the current one (inspector, monitor) without a log line.
+    void selectClip(long iRow);
+    /// Opens a clip of the project in the monitor.
+    void openClip(long iRow);
+    /// Opens a clip that is not one of the project's (a generated one of the large bin).
+    void openOther(const QString &iName, long iDuration);
+    /// What the inspector says of the bin's selection ("3 clips, 00:01:10:05").
+    void setSelectionSummary(const QString &iText) { mSelectionSummary.setValue(iText); }
+
+    // The clips, for the bin.
+    const Bnde_Array<QString> &clipNames() const { return *mClipNames; }
+    const Bnde_Array<long> &clipDurations() const { return *mClipDurations; }
+    const Bnde_Array<long> &clipInPoints() const { return *mClipIns; }
+    const Bnde_Array<QString> &clipLabels() const { return *mClipLabels; }
+
     // Direct access for the application shell and tests.
     const QString &playState() const { return mPlayState.getValue(); }
     long position() const { return mPosition.getValue(); }
@@ -56,7 +71,6 @@ private:
     void addMarker();
     void addClip();
     void removeClip();
-    void openClip(long iRow);
     void selectRelative(long iDelta);
     void updateStates();
     void startExport();
@@ -77,10 +91,14 @@ private:
     Bnde_Container mClips;
     Bnde_Array<QString> *mClipNames = nullptr;
     Bnde_Array<long> *mClipDurations = nullptr;
+    Bnde_Array<long> *mClipIns = nullptr; // source in points, in frames
+    Bnde_Array<QString> *mClipLabels = nullptr; // colour labels
+    long mOtherDuration = 0; // of an opened clip that is not the project's
     Bnde_Index<long> mSelection;
     Bnde_SimpleValue<QString> mSelectedName;
     Bnde_SimpleValue<long> mSelectedDuration;
     Bnde_SimpleValue<long> mClipCount;
+    Bnde_SimpleValue<QString> mSelectionSummary;
     Bnde_Array<long> mMarkers;
     Bnde_SimpleValue<long> mMarkerCount;
     Bnde_SimpleValue<QString> mNotes;

@@ -5,9 +5,11 @@
 //   kivdemo --screenshot F.png   renders the main window offscreen into F.png and exits
 //   kivdemo --list-models        prints every published model with its type and value
 //   kivdemo --language de_DE     loads the library's translations for that locale
+//   kivdemo --large-bin          starts with a million generated clips in the bin
 
 #include "Bnd_ConnectionEnvironment.h"
 #include "Bnd_ConnectionToModel.h"
+#include "ClipBin.h"
 #include "DemoProject.h"
 #include "Kib_DirPaths.h"
 #include "Kib_Resource.h"
@@ -16,6 +18,7 @@
 #include "Kiv_CreateWidgetFromUILayout.h"
 #include "Kiv_FontManager.h"
 #include "Kiv_KeymapMgr.h"
+#include "Kiv_ListWithColumns.h"
 #include "Kiv_MenuBar.h"
 #include "Kiv_Script.h"
 #include "Kiv_StatusWindow.h"
@@ -25,10 +28,13 @@
 
 #include <QCommandLineParser>
 #include <QDir>
+#include <QDomDocument>
+#include <QDropEvent>
 #include <QFile>
 #include <QImage>
 #include <QKeyEvent>
 #include <QLayout>
+#include <QMimeData>
 #include <QPainter>
 #include <QPixmap>
 #include <QScreen>
@@ -92,10 +98,12 @@ class PanelVisibility
 public:
     explicit PanelVisibility(QWidget *iWindow)
     {
-        for (const char *model : { "View.ShowClips", "View.ShowInspector", "View.ShowActivity" }) {
-            const char *panel = !std::strcmp(model, "View.ShowClips") ? "clipBox"
-                : !std::strcmp(model, "View.ShowInspector")           ? "inspectorBox"
-                                                                      : "activityBox";
+        const std::pair<const char *, const char *> panels[]
+            = { { "View.ShowClips", "clipBox" },
+                { "View.ShowBin", "binBox" },
+                { "View.ShowInspector", "inspectorBox" },
+                { "View.ShowActivity", "activityBox" } };
+        for (const auto &[model, panel] : panels) {
             QWidget *widget = iWindow->findChild<QWidget *>(QString::fromLatin1(panel));
             auto listener = std::make_unique<Bnd_ConnectionToModel<Bndt_SimpleValue<bool>>>(
                 QString::fromLatin1(model));
@@ -134,6 +142,55 @@ protected:
         }
         return false;
     }
+};
+
+// The monitor opens the first clip dropped on it from the bin.
+class MonitorDrops : public QObject
+{
+public:
+    MonitorDrops(QWidget *iMonitor, ClipBin &iBin)
+        : mBin(iBin)
+    {
+        iMonitor->setAcceptDrops(true);
+        iMonitor->installEventFilter(this);
+    }
+
+protected:
+    bool eventFilter(QObject *iObject, QEvent *iEvent) override
+    {
+        if (iEvent->type() == QEvent::DragEnter || iEvent->type() == QEvent::DragMove) {
+            auto *drag = static_cast<QDropEvent *>(iEvent);
+            if (firstRow(drag->mimeData()) >= 0) {
+                drag->acceptProposedAction();
+                return true;
+            }
+        } else if (iEvent->type() == QEvent::Drop) {
+            auto *drop = static_cast<QDropEvent *>(iEvent);
+            const long row = firstRow(drop->mimeData());
+            if (row >= 0) {
+                drop->acceptProposedAction();
+                mBin.openRow(row);
+                return true;
+            }
+        }
+        return QObject::eventFilter(iObject, iEvent);
+    }
+
+private:
+    // The row of the first clip of a bin drag ("mobIDDragObjectList"), -1 for anything else.
+    static long firstRow(const QMimeData *iData)
+    {
+        QDomDocument document;
+        if (!iData || !iData->hasText() || !document.setContent(iData->text())
+            || document.documentElement().tagName() != QLatin1String("mobIDDragObjectList"))
+            return -1;
+        bool ok = false;
+        const long row
+            = document.documentElement().firstChildElement().attribute("row").toLong(&ok);
+        return ok ? row : -1;
+    }
+
+    ClipBin &mBin;
 };
 
 // Draws one opened menu of the bar into the window's picture, where it would drop down.
@@ -190,7 +247,9 @@ int main(int argc, char **argv)
     const QCommandLineOption language(QStringLiteral("language"),
                                       QStringLiteral("Load the translations for <locale>."),
                                       QStringLiteral("locale"));
-    parser.addOptions({ screenshot, listModels, checkKeys, language });
+    const QCommandLineOption largeBin(QStringLiteral("large-bin"),
+                                      QStringLiteral("Start with a million generated clips."));
+    parser.addOptions({ screenshot, listModels, checkKeys, language, largeBin });
     parser.process(app);
 
     if (parser.isSet(language)) {
@@ -257,6 +316,10 @@ int main(int argc, char **argv)
         std::printf("kivdemo: %d key problems\n", problems);
         return problems ? 1 : 0;
     }
+    // The bin goes into its place in the form before the window is connected.
+    ClipBin bin(project);
+    if (QWidget *binArea = window->findChild<QWidget *>(QStringLiteral("binArea")))
+        bin.install(binArea);
     project.setShortcutsOpener([&] {
         ShortcutsDialog dialog(window.get(), menuBar, customKeys);
         if (dialog.exec() == QDialog::Accepted)
@@ -277,6 +340,13 @@ int main(int argc, char **argv)
                          });
     }
 
+    if (parser.isSet(largeBin))
+        Bnd_ConnectionToModel<Bndt_SimpleValue<bool>>(QStringLiteral("View.LargeBin"))
+            .setValue(true);
+    std::unique_ptr<MonitorDrops> monitorDrops;
+    if (QWidget *monitor = window->findChild<QWidget *>(QStringLiteral("monitor")))
+        monitorDrops = std::make_unique<MonitorDrops>(monitor, bin);
+
     ProgressWindow progress(window.get());
     project.setProgressSink([&progress](const QString &iMessage, int iPercent) {
         progress.report(iMessage, iPercent);
@@ -289,12 +359,18 @@ int main(int argc, char **argv)
             QStringLiteral("Project.Actions.nextClip(); Transport.Actions.fastForward(); "
                            "Transport.Actions.addMarker(); Transport.Actions.fastForward(); "
                            "Transport.Actions.stepForward(); Transport.Actions.addMarker(); "
-                           "Transport.Loop = true"));
+                           "BinColumns.sortByColumn[1](); Transport.Loop = true"));
         if (!scene.connect(Bnd_ConnectionEnvironment::blankEnvironment(), window.get())
             || !scene.run())
             std::fprintf(stderr, "kivdemo: the screenshot scene did not run\n");
         window->show();
         QCoreApplication::processEvents();
+        // Three clips selected in the bin, as a Shift-click selects them.
+        if (Kiv_ListWithColumns *list = bin.list()) {
+            list->SetSelected(2);
+            list->SetSelected(4, false, Qt::ShiftModifier);
+            QCoreApplication::processEvents();
+        }
         const QString file = parser.value(screenshot);
         QImage image = window->grab().toImage();
         drawOpenMenu(image, menuBar, window.get(), "Playback");

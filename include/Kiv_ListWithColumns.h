@@ -11,6 +11,7 @@
 #include <vector>
 
 class Kiv_HStackView;
+class Kiv_TransparentOverlay;
 
 /// A list whose rows are made of columns: one cell view per visible column, side by side with
 /// 5-pixel separators, following a columns model that it shares with a Kiv_Header above it
@@ -73,6 +74,12 @@ public:
     /// The cell being worked on by the keyboard: row and display index, -1 when none.
     long activeRow() const { return mActiveRow; }
     long activeColumn() const { return mActiveColumn; }
+    /// The floating image of a column a Kiv_Header drags (see
+    /// Kiv_Header::setCreateColumnDragOverlayCB): the header's slot of the column above the
+    /// column's cells as the viewport shows them now, `iSize.x()` wide, as a new overlay at
+    /// about two-thirds opacity. Null when the column is not visible or the list is not shown.
+    Kiv_TransparentOverlay *makeColumnDragOverlay(const QPoint &iSize, long iColumn,
+                                                  QWidget *iHeader);
     /// The index of column k's cell in the row stack (its separator follows it).
     static int columnIndexToViewIndex(long iColumn) { return int(2 * iColumn + 1); }
 

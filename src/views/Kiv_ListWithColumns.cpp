@@ -2,11 +2,14 @@
 
 #include "Bndt_Root_Notifications.h"
 #include "Kiv_BlankView.h"
+#include "Kiv_BridgeQScrollArea.h"
 #include "Kiv_HStackView.h"
+#include "Kiv_TransparentOverlay.h"
 
 #include <QFontInfo>
 #include <QKeyEvent>
 #include <QMouseEvent>
+#include <QPainter>
 #include <QWidget>
 
 #include <algorithm>
@@ -466,4 +469,34 @@ void Kiv_ListWithColumns::keyPressEvent(QKeyEvent *iEvent)
     default:
         Kiv_ListView::keyPressEvent(iEvent);
     }
+}
+
+Kiv_TransparentOverlay *Kiv_ListWithColumns::makeColumnDragOverlay(const QPoint &iSize,
+                                                                   long iColumn, QWidget *iHeader)
+{
+    Kiv_HStackView *row = stack();
+    QWidget *port = getBridgeWidget();
+    if (!row || !port || iSize.x() <= 0)
+        return nullptr;
+    const long count = mVisible.size();
+    long index = 0;
+    while (index < count && mVisible.at(index, -1) != iColumn)
+        ++index;
+    const Kiv_ViewInterface *cell = row->subViewAt(columnIndexToViewIndex(index));
+    if (index >= count || !cell)
+        return nullptr;
+    // The header and the viewport both show list x at x - the horizontal scroll position (the
+    // header's left margin being the list's leading width).
+    const auto *area = dynamic_cast<const Kiv_BridgeQScrollArea *>(getParent());
+    const int scrolled = area ? area->contentsOffset().x() : 0;
+    const int left = cell->getOrigin().x() - (index > 0 ? 3 : 0) - scrolled;
+    const int headerHeight = iHeader ? iHeader->height() : 0;
+    QPixmap image(iSize.x(), headerHeight + port->height());
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    if (iHeader)
+        painter.drawPixmap(0, 0, iHeader->grab(QRect(left, 0, iSize.x(), headerHeight)));
+    painter.drawPixmap(0, headerHeight, port->grab(QRect(left, 0, iSize.x(), port->height())));
+    painter.end();
+    return new Kiv_TransparentOverlay(image, 170);
 }
