@@ -27,8 +27,9 @@
 ///     Kiv_ColumnsModel columns(QStringLiteral("ClipColumns"));
 ///     columns.addColumn({tr("Name"), 1, 160});
 ///     columns.addColumn({tr("Duration"), 2, 80});
-///     columns.setSortCallback([&](long column, bool ascending) { clips.sortBy(column, ascending);
-///     }); columns.publish(); header->setColumnBaseConnectionName(QStringLiteral("ClipColumns"));
+///     columns.setSortCallback([&](long column, bool up) { clips.sortBy(column, up); });
+///     columns.publish();
+///     header->setColumnBaseConnectionName(QStringLiteral("ClipColumns"));
 ///
 /// Sorting by a column that is already sorted flips its direction; any other column becomes the
 /// only sorted one, ascending. The sort callback then sorts the host's rows. GUI thread only.

@@ -30,8 +30,8 @@ class Kiv_TransparentOverlay;
 ///
 ///     auto *header = new Kiv_Header(pane, QStringLiteral("clipHeader"));
 ///     header->setColumnBaseConnectionName(QStringLiteral("ClipColumns"));
-///     header->setCreateColumnDragOverlayCB(
-///         [list](QPoint size, long column) { return list->makeColumnImage(size, column); });
+///     header->setCreateColumnDragOverlayCB([=](QPoint size, long column) {
+///         return list->makeColumnDragOverlay(size, column, header); });
 ///     header->addContextMenuItem(tr("Fit Columns"), QStringLiteral("ClipList.fitColumns"));
 ///     header->makeConnections(env);
 ///

@@ -55,15 +55,17 @@ public:
     };
     typedef std::vector<std::pair<Qt::KeyboardModifiers, Qt::DropAction>> DragActionMap;
     typedef Bnde_SimpleValue<long, Bndt_Index<long>> CurrentRowModel;
-    typedef Bnde_SimpleValue<SortedValueList<long>, Bndt_SimpleValue<SortedValueList<long>>>
-        SelectionListModel;
 
     /// Pixels the pointer must move, along x or along y, before a press on a selected row
     /// becomes a drag.
     static constexpr int cDragThreshold = 11;
 
     Kiv_ListView();
+    /// A copy has the settings (names, scripts, colours, mode, drag map), a clone of the row
+    /// view and fresh models; it is bound again by makeConnections().
+    Kiv_ListView(const Kiv_ListView &iOther);
     ~Kiv_ListView() override;
+    /// Takes the settings and a clone of the row view; the models stay this list's own.
     Kiv_ListView &operator=(const Kiv_ListView &iOther);
 
     // Binding.
@@ -167,6 +169,8 @@ public:
     void dragMoveEvent(QDragMoveEvent *iEvent, const QPoint &iPos) override;
     void dropEvent(QDropEvent *iEvent, const QPoint &iPos) override;
     void keyPressEvent(QKeyEvent *iEvent) override;
+    /// Drags the selected rows as a press at the point would (with the default drag action).
+    void startDrag(const QPoint &iPos) override;
 
     // The container of the row view.
     void SetChild(Kiv_ViewInterface *iChild) { SetRowView(iChild); }
@@ -180,10 +184,6 @@ public:
                                 int iY) override;
 
 protected:
-    /// A copy has the settings (names, scripts, colours, mode, drag map), a clone of the row
-    /// view and fresh models; it is bound again by makeConnections().
-    Kiv_ListView(const Kiv_ListView &iOther);
-
     // The selection strategies, each given the row and the working copy of the selection.
     virtual void SingleSelection(long iRow, SortedValueList<long> &ioList);
     virtual void MultiSelection(long iRow, SortedValueList<long> &ioList);
@@ -208,23 +208,46 @@ protected:
     bool hasSelectionScript() const;
     /// The environment the row view was connected in (null before makeConnections()).
     const Bnd_ConnectionEnvironmentPtr &rowEnvironment() const { return mRowEnv; }
-    /// The selection as stored in the model, replacing it; repaints the rows that changed.
+    /// Replaces the selection and repaints the rows on screen that changed. The selection
+    /// models' listeners hear of it at announceSelection().
     void storeSelection(const SortedValueList<long> &iList);
+    /// Tells the listeners of the selection models what changed since the last time; answers
+    /// false when one of them destroyed the list (the caller must then return at once).
+    bool announceSelection();
     /// Cleared when the list is destroyed: an event handler that runs a script or a drag checks
     /// it before touching the list again.
     std::shared_ptr<bool> aliveToken() const { return mAliveP; }
-    /// Sets the anchor of Shift-extension.
+    /// Sets the anchor of Shift-extension (announced with the selection).
     void setAnchor(long iRow);
     long anchor() const { return mLastSelection.getValue(); }
 
+    /// Keeps the row view (and whatever replaces it) alive while the list is calling it: a
+    /// row view replaced meanwhile is deleted when the outermost call returns.
+    class RowViewCall
+    {
+    public:
+        explicit RowViewCall(Kiv_ListView *iList);
+        ~RowViewCall();
+        RowViewCall(const RowViewCall &) = delete;
+        RowViewCall &operator=(const RowViewCall &) = delete;
+
+    private:
+        Kiv_ListView *mList;
+        std::shared_ptr<bool> mAlive;
+    };
+    /// Whether the list is inside a call to its row view (an event it forwards).
+    bool isCallingRowView() const { return mRowViewCalls > 0; }
+
 private:
     class IsSelectedModel;
+    class SelectionModel;
 
     void init();
     void receiveListMessage(const Bnd_MessageInterface &iMsg);
     void setRowCount(long iCount);
     void repaintRows(long iFirst, long iLast);
-    void startDrag(const QPoint &iPress, Qt::DropAction iAction);
+    void startDragOfSelection(const QPoint &iPress, Qt::DropAction iAction);
+    void takeSelectionFromOutside(SortedValueList<long> iList);
     /// The row at the point (list coordinates) and the point in the row, or -1 off the rows.
     long rowAt(const QPoint &iPos, QPoint *oInRow) const;
     void sendScriptsTo(const Bnd_ConnectionEnvironmentPtr &iEnv);
@@ -264,8 +287,19 @@ private:
     std::unique_ptr<Kiv_Script> mEnterScriptP;
     std::unique_ptr<Kiv_Script> mSelectionScriptP;
 
-    SelectionListModel mSelectionList;
+    std::unique_ptr<SelectionModel> mSelectionListP;
     std::unique_ptr<IsSelectedModel> mIsSelectedP;
+    // What the selection models' listeners have not heard yet.
+    struct PendingNotes
+    {
+        bool anchor = false;
+        bool list = false;
+        long first = -1; // the rows whose state may have changed
+        long last = -1;
+    };
+    PendingNotes mPending;
+    int mRowViewCalls = 0;
+    std::vector<std::unique_ptr<Kiv_ViewInterface>> mRetiredRowViews;
     Bnd_ConnectionEnvironmentPtr mRowEnv;
     // Cleared by the destructor: a script or a drag run from an event may destroy the list.
     std::shared_ptr<bool> mAliveP = std::make_shared<bool>(true);

@@ -2,8 +2,8 @@
 
 #include "kivcore_export.h"
 
-/// The base of the values a host keeps per list cell. A list never calls it; it is a common
-/// root for hosts that hand cell objects around by value.
+/// The abstract base of the values a host keeps per list cell. A list never calls it; it is a
+/// common root for hosts that hand cell objects around by value.
 class KIVCORE_EXPORT Kiv_ListViewCell
 {
 public:
@@ -12,5 +12,5 @@ public:
     Kiv_ListViewCell(Kiv_ListViewCell &&) = default;
     Kiv_ListViewCell &operator=(const Kiv_ListViewCell &) = default;
     Kiv_ListViewCell &operator=(Kiv_ListViewCell &&) = default;
-    virtual ~Kiv_ListViewCell();
+    virtual ~Kiv_ListViewCell() = 0;
 };

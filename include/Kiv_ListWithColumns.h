@@ -41,6 +41,9 @@ public:
     enum MoveDirection { MoveUp = 0, MoveDown = 1, MoveLeft = 2, MoveRight = 3 };
 
     Kiv_ListWithColumns();
+    /// A copy has the same columns model, view types and sizes; it builds its rows when it is
+    /// connected.
+    Kiv_ListWithColumns(const Kiv_ListWithColumns &iOther);
     ~Kiv_ListWithColumns() override;
 
     void init();
@@ -87,11 +90,6 @@ public:
     void makeConnections(Bnd_ConnectionEnvironmentPtr iEnv) override;
     void mousePressEvent(QMouseEvent *iEvent, const QPoint &iPos) override;
     void keyPressEvent(QKeyEvent *iEvent) override;
-
-protected:
-    /// A copy has the same columns model, view types and sizes; it builds its rows when it is
-    /// connected.
-    Kiv_ListWithColumns(const Kiv_ListWithColumns &iOther);
 
 private:
     typedef Bnd_ConnectionToModel<Bndt_Array<long>> LongArray;

@@ -6,6 +6,7 @@
 
 class Bnd_ListenerBase;
 class Bnd_ModelBase;
+class Kiv_ViewInterface;
 
 /// Letting go of the listeners and models a binding no longer uses.
 ///
@@ -24,6 +25,9 @@ class Bnd_ModelBase;
 namespace Kiv_RetireLater {
 KIVCORE_EXPORT void listener(std::unique_ptr<Bnd_ListenerBase> iListener);
 KIVCORE_EXPORT void model(std::unique_ptr<Bnd_ModelBase> iModel);
+/// A view whose handler may still be running (its container went away from inside it): it
+/// loses its container at once and is deleted later.
+KIVCORE_EXPORT void view(std::unique_ptr<Kiv_ViewInterface> iView);
 /// The objects waiting to be deleted.
 KIVCORE_EXPORT int pendingCount();
 } // namespace Kiv_RetireLater

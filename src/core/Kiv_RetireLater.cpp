@@ -2,6 +2,7 @@
 
 #include "Bnd_ListenerBase.h"
 #include "Bnd_ModelBase.h"
+#include "Kiv_ViewInterface.h"
 
 #include <QCoreApplication>
 #include <QObject>
@@ -20,6 +21,7 @@ public:
 
     std::vector<std::unique_ptr<Bnd_ListenerBase>> listeners;
     std::vector<std::unique_ptr<Bnd_ModelBase>> models;
+    std::vector<std::unique_ptr<Kiv_ViewInterface>> views;
 };
 
 Batch *gBatch = nullptr;
@@ -29,7 +31,8 @@ Batch::~Batch()
 {
     if (gBatch == this)
         gBatch = nullptr; // what the deletions below retire goes into a new batch
-    gPending -= int(listeners.size() + models.size());
+    gPending -= int(listeners.size() + models.size() + views.size());
+    views.clear(); // first: their listeners are among them
     listeners.clear();
     models.clear();
 }
@@ -76,6 +79,17 @@ void model(std::unique_ptr<Bnd_ModelBase> iModel)
     if (!QCoreApplication::instance())
         return;
     currentBatch()->models.push_back(std::move(iModel));
+    ++gPending;
+}
+
+void view(std::unique_ptr<Kiv_ViewInterface> iView)
+{
+    if (!iView)
+        return;
+    iView->setParent(nullptr); // its container may be going away
+    if (!QCoreApplication::instance())
+        return;
+    currentBatch()->views.push_back(std::move(iView));
     ++gPending;
 }
 

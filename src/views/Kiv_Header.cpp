@@ -491,10 +491,13 @@ void Kiv_Header::startDraggingColumn(long iIndex, const QPoint &iPressPos)
     const Models &m = *mModels;
     if (iIndex < 0 || iIndex >= m.layout.count())
         return;
-    const long imageLeft = columnLeft(m.layout, iIndex) - (iIndex > 0 ? cOverlayMargin : 0);
+    // The grab offset is from the column's own left edge; the image starts 3 pixels further
+    // left when it shows the gap to a neighbour there.
+    const long columnLeftEdge = columnLeft(m.layout, iIndex);
+    const int imageMargin = iIndex > 0 ? int(cOverlayMargin) : 0;
     ColumnDrag drag;
     drag.active = true;
-    drag.grabOffset = iPressPos.x() - int(imageLeft);
+    drag.grabOffset = iPressPos.x() - int(columnLeftEdge);
     drag.overlayWidth = int(dragOverlayWidth(m.layout, iIndex));
     drag.startIndex = iIndex;
     drag.currentIndex = iIndex;
@@ -503,7 +506,7 @@ void Kiv_Header::startDraggingColumn(long iIndex, const QPoint &iPressPos)
         const CreateOverlayCallback create = mCreateOverlay; // it may replace itself
         mOverlay.reset(create(QPoint(drag.overlayWidth, height()), m.columns[size_t(iIndex)]));
         if (mOverlay) {
-            mOverlay->move(mapToGlobal(QPoint(int(imageLeft), 0)));
+            mOverlay->move(mapToGlobal(QPoint(int(columnLeftEdge) - imageMargin, 0)));
             mOverlay->show();
         }
     }
@@ -515,7 +518,8 @@ void Kiv_Header::trackDraggingColumn(const QPoint &iPos)
 {
     const int left = iPos.x() - mColumnDrag.grabOffset;
     if (mOverlay)
-        mOverlay->move(mapToGlobal(QPoint(left, 0)));
+        mOverlay->move(
+            mapToGlobal(QPoint(left - (mColumnDrag.startIndex > 0 ? int(cOverlayMargin) : 0), 0)));
     const int overlayHeight = mOverlay ? mOverlay->height() : height();
     const bool outside = shouldCancelColumnDrag(iPos, rect().right(), overlayHeight);
     if (mColumnDrag.cancelled) {
@@ -611,12 +615,10 @@ std::unique_ptr<Kiv_PopupMenu> Kiv_Header::buildContextMenu(const QPoint &iPos)
         menu->addSeparator();
     if (offerNew) {
         QAction *add = menu->insertItem(tr("New Column"), QVariant(QLatin1String(cNewKey)));
-        add->setEnabled(m.addNewColumn.isEnabled() && hasCreatePropertyPrivs());
+        add->setEnabled(hasCreatePropertyPrivs());
     }
     if (offerSelection) {
-        QAction *select = menu->insertItem(tr("Select Working Set of Columns"),
-                                           QVariant(QLatin1String(cSelectKey)));
-        select->setEnabled(m.columnSelection.isEnabled());
+        menu->insertItem(tr("Select Working Set of Columns"), QVariant(QLatin1String(cSelectKey)));
     }
 
     if (!m.extraItems.empty()) {

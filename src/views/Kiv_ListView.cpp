@@ -8,6 +8,7 @@
 #include "Kiv_BridgeQScrollArea.h"
 #include "Kiv_KeymapMgr.h"
 #include "Kiv_ListViewCell.h"
+#include "Kiv_RetireLater.h"
 #include "Kiv_Script.h"
 
 #include <QApplication>
@@ -85,6 +86,48 @@ private:
     Kiv_ListView *mList;
 };
 
+/// The ":SelectionList" model: a set from outside (a script, the host) goes through the list,
+/// so its rows are repainted, clamped to the rows there are and announced like a click's.
+class Kiv_ListView::SelectionModel
+    : public Bnde_SimpleValue<SortedValueList<long>, Bndt_SimpleValue<SortedValueList<long>>>
+{
+public:
+    explicit SelectionModel(Kiv_ListView *iList)
+        : mList(iList)
+    { }
+
+protected:
+    void handleMessage(const Bnd_MessageInterface &iMsg) override
+    {
+        if (const auto *set = iMsg.as<API::MsgSet>()) {
+            mList->takeSelectionFromOutside(set->value);
+        } else if (const auto *variant = iMsg.as<Bndt_SimpleValue_BaseAPI::MsgSetVariant>()) {
+            if (const auto *list = variant->value.get<SortedValueList<long>>())
+                mList->takeSelectionFromOutside(*list);
+            else
+                iMsg.setStatus(Bnd_Status::WrongType);
+        } else {
+            Bnde_SimpleValue::handleMessage(iMsg);
+        }
+    }
+
+private:
+    Kiv_ListView *mList;
+};
+
+Kiv_ListView::RowViewCall::RowViewCall(Kiv_ListView *iList)
+    : mList(iList)
+    , mAlive(iList->mAliveP)
+{
+    ++mList->mRowViewCalls;
+}
+
+Kiv_ListView::RowViewCall::~RowViewCall()
+{
+    if (*mAlive && --mList->mRowViewCalls == 0)
+        mList->mRetiredRowViews.clear();
+}
+
 Kiv_ListView::Kiv_ListView()
 {
     setName(QStringLiteral("ListView"));
@@ -125,8 +168,16 @@ Kiv_ListView &Kiv_ListView::operator=(const Kiv_ListView &iOther)
 Kiv_ListView::~Kiv_ListView()
 {
     *mAliveP = false;
-    // The row view may talk to its container as it goes.
+    if (mRowViewCalls > 0) {
+        // Destroyed from inside a row view's handler (its script closed the window): the row
+        // views outlive the call.
+        Kiv_RetireLater::view(std::move(mRowViewP));
+        for (auto &view : mRetiredRowViews)
+            Kiv_RetireLater::view(std::move(view));
+    }
+    // The row views may talk to their container as they go.
     mRowViewP.reset();
+    mRetiredRowViews.clear();
 }
 
 void Kiv_ListView::init()
@@ -138,6 +189,7 @@ void Kiv_ListView::init()
     mCurrentRow.setValueQuietly(-1);
     mCurrentRow.Publish(&Bnd_ConnectionDict::Singleton());
     mLastSelection.setValueQuietly(-1);
+    mSelectionListP = std::make_unique<SelectionModel>(this);
     mIsSelectedP = std::make_unique<IsSelectedModel>(this);
     mListListenerP = std::make_unique<Bnd_ListenerBase>();
     mListListenerP->setReceiveMessageCB(
@@ -162,6 +214,9 @@ void Kiv_ListView::SetRowView(Kiv_ViewInterface *iRowView)
         view.release();
         return;
     }
+    // A row view that is handling an event (whose handler replaced it) goes when it returns.
+    if (mRowViewCalls > 0 && mRowViewP)
+        mRetiredRowViews.push_back(std::move(mRowViewP));
     mRowViewP = std::move(view);
     mRowViewP->setParent(this);
     if (mRowEnv)
@@ -205,12 +260,12 @@ void Kiv_ListView::makeConnections(Bnd_ConnectionEnvironmentPtr iEnv)
         mListListenerP->connect(iEnv);
     }
     // 3. The selection, published next to the array.
-    mSelectionList.UnPublish();
+    mSelectionListP->UnPublish();
     mLastSelection.UnPublish();
     mIsSelectedP->UnPublish();
     if (!mListName.isEmpty()) {
-        mSelectionList.SetConnectionName(mListName + QLatin1String(":SelectionList"));
-        mSelectionList.publish(iEnv);
+        mSelectionListP->SetConnectionName(mListName + QLatin1String(":SelectionList"));
+        mSelectionListP->publish(iEnv);
         mLastSelection.SetConnectionName(mListName + QLatin1String(":LastSelection"));
         mLastSelection.publish(iEnv);
         mLastSelection.setValue(-1);
@@ -257,7 +312,7 @@ void Kiv_ListView::receiveListMessage(const Bnd_MessageInterface &iMsg)
         if (getSelectedList().last() >= r->newSize) {
             SortedValueList<long> kept = getSelectedList();
             kept.removeFrom(r->newSize);
-            storeSelection(kept);
+            storeSelection(kept); // announced last
         }
         Kiv_ViewContainerInterface *parent = getParent();
         const qint64 h = getCellHeight();
@@ -273,6 +328,7 @@ void Kiv_ListView::receiveListMessage(const Bnd_MessageInterface &iMsg)
                 this, QRect(0, clampToInt(top), getWidth(), clampToInt(h * (r->end + absD) - top)),
                 false);
         }
+        announceSelection(); // last: a listener may destroy this list
     } else if (const auto *m = iMsg.as<Bndt_Array_Notifications::MsgElementsMoved>()) {
         repaintRows(std::min(m->from, m->to), std::max(m->from, m->to));
     }
@@ -290,11 +346,21 @@ void Kiv_ListView::setSelectionMode(SelectionMode iMode)
 {
     mSelectionMode = iMode;
     storeSelection(SortedValueList<long>());
+    announceSelection();
+}
+
+void Kiv_ListView::takeSelectionFromOutside(SortedValueList<long> iList)
+{
+    iList.removeFrom(mRowCount);
+    if (!iList.isEmpty() && iList.first() < 0)
+        iList.removeRange(iList.first(), -1);
+    storeSelection(iList);
+    announceSelection();
 }
 
 const SortedValueList<long> &Kiv_ListView::getSelectedList() const
 {
-    return mSelectionList.getValue();
+    return mSelectionListP->getValue();
 }
 
 long Kiv_ListView::GetRowSelectionListSize() const
@@ -346,7 +412,8 @@ bool Kiv_ListView::SetSelected(long iRow, bool iAll, Qt::KeyboardModifiers iModi
                 QRect(area->contentsOffset().x(), clampToInt(qint64(h) * row), 0, h));
         setCurrentRow(row);
     }
-    runSelectionScript();
+    if (announceSelection())
+        runSelectionScript(); // may destroy this list: nothing may follow
     return true;
 }
 
@@ -399,7 +466,31 @@ void Kiv_ListView::TotalSelection(SortedValueList<long> &ioList)
 
 void Kiv_ListView::setAnchor(long iRow)
 {
-    mLastSelection.setValue(iRow);
+    if (mLastSelection.getValue() == iRow)
+        return;
+    mLastSelection.setValueQuietly(iRow);
+    mPending.anchor = true;
+}
+
+bool Kiv_ListView::announceSelection()
+{
+    const std::shared_ptr<bool> alive = mAliveP;
+    const PendingNotes pending = mPending;
+    mPending = PendingNotes();
+    if (pending.anchor) {
+        mLastSelection.notifyValueChanged();
+        if (!*alive)
+            return false;
+    }
+    if (pending.list) {
+        mIsSelectedP->notifyRows(pending.first, pending.last);
+        if (!*alive)
+            return false;
+        mSelectionListP->notifyValueChanged();
+        if (!*alive)
+            return false;
+    }
+    return true;
 }
 
 void Kiv_ListView::storeSelection(const SortedValueList<long> &iList)
@@ -408,33 +499,25 @@ void Kiv_ListView::storeSelection(const SortedValueList<long> &iList)
     if (old == iList)
         return;
     // Only the rows on screen whose state changes are repainted, whatever the selection's size.
-    std::vector<long> changed;
-    if (QWidget *port = getBridgeWidget()) {
-        const int h = getCellHeight();
-        const auto *area = dynamic_cast<Kiv_BridgeQScrollArea *>(getParent());
-        const qint64 top = area ? area->contentsOffset().y() : 0;
-        if (h > 0) {
-            const long first = long(top / h);
-            const long last = std::min(mRowCount - 1, long((top + port->height()) / h));
-            for (long row = first; row <= last; ++row)
-                if (old.contains(row) != iList.contains(row))
-                    changed.push_back(row);
-        }
+    auto *area = dynamic_cast<Kiv_BridgeQScrollArea *>(getParent());
+    const int h = getCellHeight();
+    if (area && h > 0) {
+        const qint64 top = area->contentsOffset().y();
+        const long first = long(top / h);
+        const long last = std::min(mRowCount - 1, long((top + area->visibleHeight()) / h));
+        for (long row = first; row <= last; ++row)
+            if (old.contains(row) != iList.contains(row))
+                CellUpdate(row);
     } else {
         sendAllBitsChanged();
     }
-    long lo = -1;
-    long hi = -1;
     for (const SortedValueList<long> *l : { &old, &iList })
         if (!l->isEmpty()) {
-            lo = lo < 0 ? l->first() : std::min(lo, l->first());
-            hi = std::max(hi, l->last());
+            mPending.first = mPending.first < 0 ? l->first() : std::min(mPending.first, l->first());
+            mPending.last = std::max(mPending.last, l->last());
         }
-    mSelectionList.setValueQuietly(iList);
-    for (long row : changed)
-        CellUpdate(row);
-    mIsSelectedP->notifyRows(lo, hi);
-    mSelectionList.notifyValueChanged(); // last: a listener may destroy this list
+    mPending.list = true;
+    mSelectionListP->setValueQuietly(iList);
 }
 
 void Kiv_ListView::runSelectionScript()
@@ -530,8 +613,10 @@ QPoint Kiv_ListView::rowOrigin(long iRow) const
 void Kiv_ListView::setCurrentRow(long iRow)
 {
     mCurrentRow.setValueQuietly(iRow);
-    if (mRowViewP)
+    if (mRowViewP) {
         mRowViewP->setOrigin(rowOrigin(iRow));
+        mRowViewP->setName(QStringLiteral("RowView(%1)").arg(iRow));
+    }
 }
 
 QColor Kiv_ListView::GetLedgerShadeIndexColor(int iRow) const
@@ -573,10 +658,13 @@ void Kiv_ListView::paintCell(QPainter *iPainter, const QRect &iRect, long iRow)
 
 void Kiv_ListView::drawContents(QPainter *iPainter, const QRect &iRect)
 {
+    if (!iPainter) {
+        paintCell(iPainter, iRect, -1); // asserts
+        return;
+    }
     const int h = getCellHeight();
-    if (!iPainter || h <= 0) {
-        if (iPainter)
-            iPainter->fillRect(iRect, mBackground);
+    if (h <= 0) {
+        iPainter->fillRect(iRect, mBackground);
         return;
     }
     const long first = std::max(0, iRect.top()) / h;
@@ -638,7 +726,7 @@ QString Kiv_ListView::findUiName(const QPoint &iPos)
     if (!CellContaining(iPos.y(), &row) || row < 0)
         return getName();
     setCurrentRow(row);
-    mRowViewP->setName(QStringLiteral("RowView(%1)").arg(row));
+    const RowViewCall call(this);
     return getName() + QLatin1Char('.') + mRowViewP->findUiName(iPos - mRowViewP->getOrigin());
 }
 
@@ -658,7 +746,7 @@ bool Kiv_ListView::findItem(const QString &iName, QPoint *oWhere)
     if (!isNumber || row < 0 || row >= mRowCount)
         return false;
     setCurrentRow(row);
-    mRowViewP->setName(QStringLiteral("RowView(%1)").arg(row));
+    const RowViewCall call(this);
     if (rest.section(QLatin1Char('.'), 0, 0) != mRowViewP->getName())
         return false;
     QPoint where;
@@ -676,6 +764,7 @@ bool Kiv_ListView::getToolTip(const QPoint &iPos, QRect *oTipRect, QString *oTip
         return false;
     setCurrentRow(row);
     const QPoint origin = mRowViewP->getOrigin();
+    const RowViewCall call(this);
     if (!mRowViewP->getToolTip(iPos - origin, oTipRect, oTipString))
         return false;
     if (!oTipRect) {
@@ -712,6 +801,7 @@ void Kiv_ListView::mousePressEvent(QMouseEvent *iEvent, const QPoint &iPos)
         if (!*alive || row < 0)
             return;
         setCurrentRow(row);
+        const RowViewCall call(this);
         mRowViewP->mousePressEvent(iEvent, inRow);
         return;
     }
@@ -740,6 +830,7 @@ void Kiv_ListView::mousePressEvent(QMouseEvent *iEvent, const QPoint &iPos)
         mPressLocal = iPos;
     }
     setCurrentRow(row);
+    const RowViewCall call(this);
     mRowViewP->mousePressEvent(iEvent, inRow);
 }
 
@@ -762,6 +853,7 @@ void Kiv_ListView::mouseReleaseEvent(QMouseEvent *iEvent, const QPoint &iPos)
     mClickDeselect = false;
     if (row >= 0) {
         setCurrentRow(row);
+        const RowViewCall call(this);
         mRowViewP->mouseReleaseEvent(iEvent, inRow);
     }
 }
@@ -773,12 +865,15 @@ void Kiv_ListView::mouseMoveEvent(QMouseEvent *iEvent, const QPoint &iPos)
         const long row = rowAt(iPos, &inRow);
         if (row >= 0) {
             setCurrentRow(row);
+            const RowViewCall call(this);
             mRowViewP->mouseMoveEvent(iEvent, inRow);
         }
         return;
     }
     const Qt::DropAction action = getDragAction(iEvent);
-    if (action == Qt::IgnoreAction || rowAt(mPressLocal, nullptr) < 0) {
+    // A press whose release never came (a dialog took it) arms nothing any more.
+    if (action == Qt::IgnoreAction || !(iEvent->buttons() & Qt::LeftButton)
+        || rowAt(mPressLocal, nullptr) < 0) {
         mDragArmed = false;
         return;
     }
@@ -787,7 +882,7 @@ void Kiv_ListView::mouseMoveEvent(QMouseEvent *iEvent, const QPoint &iPos)
         return; // a hand's jitter is still a click
     mMovedSincePress = true;
     mDragArmed = false;
-    startDrag(mPressLocal, action);
+    startDragOfSelection(mPressLocal, action);
 }
 
 void Kiv_ListView::mouseDoubleClickEvent(QMouseEvent *iEvent, const QPoint &iPos)
@@ -797,6 +892,7 @@ void Kiv_ListView::mouseDoubleClickEvent(QMouseEvent *iEvent, const QPoint &iPos
     if (row < 0)
         return;
     setCurrentRow(row);
+    const RowViewCall call(this);
     mRowViewP->mouseDoubleClickEvent(iEvent, inRow);
 }
 
@@ -807,6 +903,7 @@ void Kiv_ListView::dragMoveEvent(QDragMoveEvent *iEvent, const QPoint &iPos)
     if (row < 0)
         return;
     setCurrentRow(row);
+    const RowViewCall call(this);
     mRowViewP->dragMoveEvent(iEvent, inRow);
 }
 
@@ -817,6 +914,7 @@ void Kiv_ListView::dropEvent(QDropEvent *iEvent, const QPoint &iPos)
     if (row < 0)
         return;
     setCurrentRow(row);
+    const RowViewCall call(this);
     mRowViewP->dropEvent(iEvent, inRow);
 }
 
@@ -878,6 +976,7 @@ void Kiv_ListView::foldDragImage(QPixmap &ioImage, const QPixmap &iItem, long iK
 
 QDomDocument Kiv_ListView::makeDragDocument(const QPoint &iPress, QPixmap *oImage)
 {
+    const RowViewCall call(this);
     QDomDocument document;
     QDomElement root = document.createElement(QStringLiteral("mobIDDragObjectList"));
     document.appendChild(root);
@@ -909,7 +1008,12 @@ QDomDocument Kiv_ListView::makeDragDocument(const QPoint &iPress, QPixmap *oImag
     return document;
 }
 
-void Kiv_ListView::startDrag(const QPoint &iPress, Qt::DropAction iAction)
+void Kiv_ListView::startDrag(const QPoint &iPos)
+{
+    startDragOfSelection(iPos, mDefaultDragAction);
+}
+
+void Kiv_ListView::startDragOfSelection(const QPoint &iPress, Qt::DropAction iAction)
 {
     mClickDeselect = false;
     const long n = GetRowSelectionListSize();
@@ -1065,7 +1169,7 @@ void Kiv_ListView::childBitsChanged(Kiv_ViewInterface *iChild, const QRect &iRec
     Kiv_ViewContainerInterface *parent = getParent();
     if (!parent || !iChild)
         return;
-    // The row view stands at the row it showed last; widen to the list for the row's shading.
+    // The row view stands at the row it showed last.
     parent->childBitsChanged(this, iRect.translated(iChild->getOrigin()), iImmediate);
 }
 

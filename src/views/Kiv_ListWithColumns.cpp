@@ -48,8 +48,9 @@ void Kiv_ListWithColumns::init()
         [this](const Bnd_MessageInterface &iMsg) { visibleColumnsChanged(iMsg); });
     mWidth.setReceiveMessageCB([this](const Bnd_MessageInterface &iMsg) { widthsChanged(iMsg); });
     mColumnBeingDragged.setReceiveMessageCB([this](const Bnd_MessageInterface &iMsg) {
-        if (iMsg.is<Bndt_SimpleValue_Notifications::MsgValueChanged>())
-            columnBeingDraggedChanged();
+        if (iMsg.is<Bndt_SimpleValue_Notifications::MsgValueChanged>()
+            || iMsg.is<Bndt_Root_Notifications::MsgConnectedChanged>())
+            columnBeingDraggedChanged(); // a model gone mid-drag ends the drag
     });
     for (Bnd_ListenerBase *attribute :
          std::initializer_list<Bnd_ListenerBase *> { &mViewType, &mReadOnly, &mEnvironmentVars })
@@ -193,7 +194,7 @@ void Kiv_ListWithColumns::visibleColumnsChanged(const Bnd_MessageInterface &iMsg
     if (iMsg.is<Bndt_Root_Notifications::MsgConnectedChanged>()) {
         BuildRowView();
     } else if (const auto *r = iMsg.as<Bndt_Array_Notifications::MsgElementsReplaced>()) {
-        if (r->count == 0) {
+        if (r->count == 0 && !isCallingRowView()) {
             for (long k = r->end - 1; k >= r->first; --k)
                 removeColumn(k);
         } else if (r->first == r->end) {
@@ -206,8 +207,13 @@ void Kiv_ListWithColumns::visibleColumnsChanged(const Bnd_MessageInterface &iMsg
         sendAllBitsChanged();
     } else if (const auto *m = iMsg.as<Bndt_Array_Notifications::MsgElementsMoved>()) {
         moveColumnAndDivider(m->from, m->to);
+        // The active cell keeps its column, wherever that goes.
         if (mActiveColumn == m->from)
             mActiveColumn = m->to;
+        else if (m->from < m->to && mActiveColumn > m->from && mActiveColumn <= m->to)
+            --mActiveColumn;
+        else if (m->from > m->to && mActiveColumn >= m->to && mActiveColumn < m->from)
+            ++mActiveColumn;
         sendAllBitsChanged();
     }
 }
@@ -395,8 +401,9 @@ void Kiv_ListWithColumns::changeGridSelection(int iMoveDirection)
         r = r < 1 ? rows - 1 : r - 1;
         break;
     case MoveDown:
-        if (r < rows - 1)
-            ++r;
+        if (r >= rows - 1)
+            return; // the last row: stay
+        ++r;
         break;
     case MoveLeft:
     case MoveRight: {

@@ -4,6 +4,7 @@
 #include "Bnd_ConnectionToModel.h"
 #include "Bnde_Array.h"
 #include "Bnde_SimpleValue.h"
+#include "Bndt_Root_Notifications.h"
 #include "Kiv_BridgeQScrollArea.h"
 #include "Kiv_KeymapMgr.h"
 #include "Kiv_LineEdit.h"
@@ -97,7 +98,8 @@ struct ListFixture
     }
 
     Bnde_Array<QString> names;
-    Kiv_BridgeQScrollArea area;
+    std::unique_ptr<Kiv_BridgeQScrollArea> owned = std::make_unique<Kiv_BridgeQScrollArea>();
+    Kiv_BridgeQScrollArea &area = *owned;
     Kiv_ListView *list;
     RowProbe *row;
 };
@@ -119,6 +121,9 @@ private slots:
     void dragImageFolds_data();
     void dragImageFolds();
     void scriptsRunForTheirRow();
+    void selectionListenerMayDestroyTheList_data();
+    void selectionListenerMayDestroyTheList();
+    void selectionSetFromOutside();
     void uiNamesAddressRows();
 };
 
@@ -131,8 +136,8 @@ void tst_ListView::initTestCase()
                QStringLiteral("MainWindow"), QString(), false);
 }
 
-// Steps: "c3" click row 3, "C3" Ctrl-click, "S3" Shift-click, "A" Ctrl+A, "U" "D" "E" "H" "P"
-// "N" the keys Up, Down, End, Home, Page Up, Page Down.
+// Steps: "c3" click row 3, "C3" Ctrl-click, "S3" Shift-click, "r3" right click, "A" Ctrl+A, "U" "D"
+// "E" "H" "P" "N" the keys Up, Down, End, Home, Page Up, Page Down.
 void tst_ListView::selectsByMouseAndKeys_data()
 {
     QTest::addColumn<int>("mode");
@@ -161,6 +166,11 @@ void tst_ListView::selectsByMouseAndKeys_data()
     row("a window key is the window's", Kiv_ListView::SelectSingle, "c3 H", "3", 3L);
     row("Page Down stops at the end", Kiv_ListView::SelectSingle, "c3 N", "9", 9L);
     row("Page Up stops at the top", Kiv_ListView::SelectSingle, "c8 P", "0", 0L);
+    row("right click on a selected row keeps all", Kiv_ListView::SelectExtended, "c2 S4 r3",
+        "2,3,4", 2L);
+    row("right click elsewhere selects that row", Kiv_ListView::SelectExtended, "c2 S4 r6", "6",
+        6L);
+    row("right click below the rows clears", Kiv_ListView::SelectExtended, "c2 S4 r11", "", -1L);
 }
 
 void tst_ListView::selectsByMouseAndKeys()
@@ -181,6 +191,9 @@ void tst_ListView::selectsByMouseAndKeys()
                                                             : Qt::NoModifier;
         if (kind == 'c' || kind == 'C' || kind == 'S')
             QTest::mouseClick(f.port(), Qt::LeftButton, modifiers, f.at(step.mid(1).toLong()));
+        else if (kind == 'r')
+            QTest::mouseClick(f.port(), Qt::RightButton, Qt::NoModifier,
+                              f.at(step.mid(1).toLong()));
         else if (kind == 'A')
             QTest::keyClick(f.port(), Qt::Key_A, Qt::ControlModifier);
         else
@@ -338,6 +351,71 @@ void tst_ListView::scriptsRunForTheirRow()
     f.area.grab(); // painting moves the row view over every row
     QTest::keyClick(f.port(), Qt::Key_Return);
     QCOMPARE(opened.getValue(), QString("clip 6"));
+}
+
+// A listener of one of the published selection models closes the list's window when it hears
+// of a change; whatever made the change must not touch the list afterwards, nor run its
+// selection script (which renames the row it selected).
+void tst_ListView::selectionListenerMayDestroyTheList_data()
+{
+    QTest::addColumn<QString>("model"); // suffix of the list's name
+    QTest::addColumn<QString>("change");
+    QTest::addColumn<bool>("closes");
+    for (const char *model : { ":SelectionList", ".isSelected[3]" })
+        for (const char *change : { "Ctrl-click", "Ctrl+A", "shrink" })
+            QTest::addRow("%s on %s", model, change) << QString(model) << QString(change) << true;
+    QTest::newRow(":LastSelection on Ctrl-click") << ":LastSelection"
+                                                  << "Ctrl-click" << true;
+    QTest::newRow(":LastSelection on Ctrl+A") << ":LastSelection"
+                                              << "Ctrl+A" << false;
+}
+
+void tst_ListView::selectionListenerMayDestroyTheList()
+{
+    QFETCH(QString, model);
+    QFETCH(QString, change);
+    QFETCH(bool, closes);
+    ListFixture f(10);
+    f.list->setSelectionMode(Kiv_ListView::SelectExtended);
+    f.list->setSelectionActionString(f.names.GetConnectionName() + "[$Row] = \"picked\"");
+    f.area.makeConnections(Bnd_ConnectionEnvironment::blankEnvironment());
+    f.list->SetSelected(3);
+    f.list->SetSelected(5, false, Qt::ShiftModifier);
+    f.names.set(3, "clip 3"); // the script renamed it
+    Kiv_ListView *list = f.list;
+    Bnd_ListenerBase closer(f.names.GetConnectionName() + model);
+    QVERIFY(closer.isConnectedToModel());
+    closer.setReceiveMessageCB([&](const Bnd_MessageInterface &iMsg) {
+        if (!iMsg.is<Bndt_Root_Notifications::MsgConnectedChanged>())
+            f.owned.reset();
+    });
+    long acted = -1; // the row the script would rename
+    if (change == "Ctrl-click")
+        list->SetSelected(acted = 4, false, Qt::ControlModifier);
+    else if (change == "Ctrl+A")
+        list->SetSelected(acted = 0, true);
+    else
+        f.names.remove(2, 8);
+    QCOMPARE(!f.owned, closes);
+    if (acted >= 0)
+        QCOMPARE(f.names.at(acted) == "picked", !closes);
+}
+
+void tst_ListView::selectionSetFromOutside()
+{
+    ListFixture f(10);
+    f.list->setSelectionMode(Kiv_ListView::SelectExtended);
+    const QString name = f.names.GetConnectionName();
+    Bnd_ConnectionToModel<Bndt_SimpleValue<SortedValueList<long>>> selection(
+        name + QStringLiteral(":SelectionList"));
+    Bnd_ConnectionToModel<Bndt_SimpleValue<bool>> row2(name + QStringLiteral(".isSelected[2]"));
+    int heard = 0;
+    row2.setReceiveMessageCB([&](const Bnd_MessageInterface &iMsg) {
+        heard += iMsg.is<Bndt_SimpleValue_Notifications::MsgValueChanged>();
+    });
+    QCOMPARE(selection.setValue({ 1, 2, 50 }), int(Bnd_Status::Ok));
+    QCOMPARE(f.selection(), QString("1,2")); // rows that do not exist are dropped
+    QVERIFY(row2.getValue() && heard == 1);
 }
 
 void tst_ListView::uiNamesAddressRows()

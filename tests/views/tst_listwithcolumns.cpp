@@ -3,6 +3,7 @@
 
 #include "Bnd_ConnectionToModel.h"
 #include "Bnde_Array.h"
+#include "Bnde_SimpleValue.h"
 #include "Kiv_BlankView.h"
 #include "Kiv_BridgeQScrollArea.h"
 #include "Kiv_ColumnsModel.h"
@@ -101,6 +102,8 @@ private slots:
     void greysTheDraggedColumn();
     void keysMoveFromCellToCell_data();
     void keysMoveFromCellToCell();
+    void editorWritesItsOwnRow();
+    void returnLeavesTheCellBeforeOpening();
 };
 
 void tst_ListWithColumns::buildsOneCellPerVisibleColumn()
@@ -221,6 +224,44 @@ void tst_ListWithColumns::keysMoveFromCellToCell()
     QCOMPARE(QPoint(int(bin.list->activeColumn()), int(bin.list->activeRow())), active);
     QCOMPARE(bin.list->GetFirstRowSelection(), selected);
     QCOMPARE(bin.list->GetRowSelectionListSize(), 1L);
+}
+
+// Tab into a text cell opens its editor; what is typed goes to that row, however the list
+// repaints (every row it paints moves the current row).
+void tst_ListWithColumns::editorWritesItsOwnRow()
+{
+    Bin bin;
+    QWidget *port = bin.area.viewport();
+    QTest::mouseClick(port, Qt::LeftButton, Qt::NoModifier, bin.cell(0, 2));
+    QTest::keyClick(port, Qt::Key_Tab); // to the name of row 1
+    auto *editor = port->findChild<Kiv_LineEdit *>();
+    QVERIFY(editor);
+    bin.area.grab();
+    editor->selectAll();
+    QTest::keyClicks(editor, "seals");
+    QCOMPARE(bin.names.at(1), QString("seals"));
+    QCOMPARE(bin.names.at(5), QString("dawn"));
+}
+
+void tst_ListWithColumns::returnLeavesTheCellBeforeOpening()
+{
+    Bin bin;
+    Bnde_SimpleValue<QString> opened(bin.base + QStringLiteral(".opened"));
+    opened.Publish();
+    bin.list->setEnterActionString(opened.GetConnectionName() + " = "
+                                   + bin.names.GetConnectionName() + "[$Row]");
+    bin.area.makeConnections(Bnd_ConnectionEnvironment::blankEnvironment());
+    QWidget *port = bin.area.viewport();
+    QTest::mouseClick(port, Qt::LeftButton, Qt::NoModifier, bin.cell(3, 0)); // an editable cell
+    bin.area.grab();
+    QTest::keyClick(port, Qt::Key_Return);
+    QCOMPARE(opened.getValue(), QString()); // the first Return only leaves the cell
+    QCOMPARE(bin.list->activeRow(), -1L);
+    QTest::keyClick(port, Qt::Key_Return);
+    QCOMPARE(opened.getValue(), QString("market"));
+    QTest::mouseClick(port, Qt::LeftButton, Qt::NoModifier, bin.cell(4, 1)); // read-only
+    QTest::keyClick(port, Qt::Key_Return);
+    QCOMPARE(opened.getValue(), QString("boats"));
 }
 
 QTEST_MAIN(tst_ListWithColumns)
